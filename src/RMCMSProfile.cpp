@@ -1,0 +1,79 @@
+#include "RMCMSProfile.h"
+
+#include "LXFault.h"
+#include "private/RMCMSProfile_p.h"
+
+#include <utility>
+
+namespace {
+
+/// The lines that readers of the log know GetInfo's two failures by.
+constexpr int InfoSizeLine = 127;
+constexpr int InfoTextLine = 132;
+
+} // namespace
+
+RMCMSProfile::RMCMSProfile() : m_p(new Private) {}
+
+RMCMSProfile::RMCMSProfile(const RMCMSProfile& other)
+    : m_p(other.m_p ? new Private(*other.m_p) : new Private) {}
+
+RMCMSProfile& RMCMSProfile::operator=(const RMCMSProfile& other) {
+    return *this = RMCMSProfile(other);
+}
+
+RMCMSProfile::RMCMSProfile(RMCMSProfile&&) noexcept = default;
+RMCMSProfile& RMCMSProfile::operator=(RMCMSProfile&&) noexcept = default;
+RMCMSProfile::~RMCMSProfile() = default;
+
+bool RMCMSProfile::IsEmpty() const {
+    return !m_p || m_p->IsEmpty();
+}
+
+bool RMCMSProfile::Load(const char* data, int size) {
+    if (size < 0)
+        return false;
+    if (!m_p)
+        m_p.reset(new Private);
+    return m_p->Load(data, unsigned(size));
+}
+
+bool RMCMSProfile::FromByteArray(const QByteArray& bytes) {
+    return Load(bytes.constData(), bytes.size());
+}
+
+int RMCMSProfile::Save(char* buffer, int capacity) const {
+    return IsEmpty() ? 0 : m_p->Save(buffer, unsigned(qMax(capacity, 0)));
+}
+
+QByteArray RMCMSProfile::ToByteArray() const {
+    QByteArray bytes(qMax(GetMemSize(), 0), Qt::Uninitialized);
+    const int written = Save(bytes.data(), bytes.size());
+    bytes.truncate(qMax(written, 0));
+    return bytes;
+}
+
+int RMCMSProfile::GetMemSize() const {
+    return IsEmpty() ? 0 : m_p->GetMemSize();
+}
+
+QString RMCMSProfile::GetInfo() const {
+    if (IsEmpty())
+        return {};
+    const auto fail = [](int line) {
+        LXFault::Trace(LX_SITE_AT(line), QStringLiteral("Read profile info error."));
+        return QString();
+    };
+    const auto read = [this](char* buffer, cmsUInt32Number size) {
+        return cmsGetProfileInfoASCII(m_p->Handle(), cmsInfoDescription, cmsNoLanguage,
+                                      cmsNoCountry, buffer, size);
+    };
+    const cmsUInt32Number size = read(nullptr, 0);
+    if (size == 0)
+        return fail(InfoSizeLine);
+    QByteArray text(int(size), '\0');
+    const cmsUInt32Number length = read(text.data(), size);
+    if (length == 0)
+        return fail(InfoTextLine);
+    return QString::fromLatin1(text.constData(), int(length));
+}

@@ -1,0 +1,7 @@
+#include "LXFileIOManager.h"
+
+#include <QtCore/QDir>
+
+QString LXFileIOManager::GetTemporaryPath() {
+    return QDir::tempPath();
+}
