@@ -1,0 +1,302 @@
+#include "LXConvertImage.h"
+#include "core/conversion/Rows.h"
+#include "support/ExhaustionSweep.h"
+#include "support/Pictures.h"
+#include "support/ReferenceConversions.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+template <class Pixel>
+std::array<int, 8> Bytes(const Pixel& pixel) {
+    std::array<int, 8> bytes{};
+    for (std::size_t i = 0; i < sizeof pixel; ++i)
+        bytes[i] = reinterpret_cast<const unsigned char*>(&pixel)[i];
+    return bytes;
+}
+
+/// Checks a row function against a pixel function, on rows of odd lengths too.
+template <class In, class Out, class Reference>
+void CheckRow(void (*row)(const In*, Out*, unsigned int), const std::vector<In>& in,
+              Reference reference) {
+    std::vector<Out> out(in.size());
+    for (std::size_t done = 0, n = 1; done < in.size(); done += n, n = n * 3 % 1021 + 1) {
+        n = std::min(n, in.size() - done);
+        row(&in[done], &out[done], unsigned(n));
+    }
+    for (std::size_t i = 0; i < in.size(); ++i)
+        ASSERT_EQ(Bytes(out[i]), Bytes(Out(reference(in[i]))))
+            << testing::PrintToString(Bytes(in[i]));
+}
+
+LXRGBA64i Widened(const LXRGBA32i& p) {
+    const auto wide = [](int c) { return std::uint16_t(c * 256); };
+    return {wide(p.blue), wide(p.green), wide(p.red), wide(p.alpha)};
+}
+
+LXRGBA32i Narrowed(const LXRGBA64i& p) {
+    const auto high = [](int c) { return std::uint8_t(c / 256); };
+    return {high(p.blue), high(p.green), high(p.red), high(p.alpha)};
+}
+
+LXRGBA64f Halves(const LXRGBA32i& p) {
+    return {{MakeHalfFloat<unsigned char>(p.blue)},
+            {MakeHalfFloat<unsigned char>(p.green)},
+            {MakeHalfFloat<unsigned char>(p.red)},
+            {MakeHalfFloat<unsigned char>(p.alpha)}};
+}
+
+LXRGBA32i FromHalves(const LXRGBA64f& p) {
+    return {MakeUChar(p.blue.bits), MakeUChar(p.green.bits), MakeUChar(p.red.bits),
+            MakeUChar(p.alpha.bits)};
+}
+
+/// All colours with a given red, each with an alpha of its own.
+std::vector<LXRGBA32i> ColoursWithRed(int red) {
+    std::vector<LXRGBA32i> colours;
+    colours.reserve(65536);
+    for (int i = 0; i < 65536; ++i)
+        colours.push_back(
+            {std::uint8_t(i), std::uint8_t(i >> 8), std::uint8_t(red), std::uint8_t(i * 31 + red)});
+    return colours;
+}
+
+} // namespace
+
+TEST(ConversionRows, EveryColourToCMYKAndHSL) {
+    for (int red = 0; red < 256; ++red) {
+        const auto colours = ColoursWithRed(red);
+        CheckRow(LXRows::ToCMYK, colours, Reference::ToCMYK);
+        CheckRow(LXRows::ToHSL, colours, Reference::ToHSL);
+        if (HasFailure())
+            return;
+    }
+}
+
+TEST(ConversionRows, EveryInkAndBlackBack) {
+    std::vector<LXCMYKA> inks;
+    for (int i = 0; i < 65536; ++i)
+        inks.push_back({std::uint8_t(i),
+                        std::uint8_t(i * 7),
+                        std::uint8_t(255 - i),
+                        std::uint8_t(i >> 8),
+                        std::uint8_t(i * 13),
+                        {9, 9, 9}});
+    CheckRow(LXRows::FromCMYK, inks, Reference::FromCMYK);
+}
+
+TEST(ConversionRows, HSLBack) {
+    // Hues at and around every turning point with all saturations and lightnesses, then random
+    // fields, hues beyond the circle included.
+    std::vector<LXHSLA> colours;
+    for (const int hue :
+         {0,     1,     5999,  6000,  6001,  11999, 12000, 12001, 17999, 18000, 18001,
+          23999, 24000, 24001, 29999, 30000, 30001, 35999, 36000, 36001, 65534, 65535})
+        for (int i = 0; i < 65536; ++i)
+            colours.push_back({std::uint16_t(hue),
+                               std::uint8_t(i),
+                               std::uint8_t(i >> 8),
+                               std::uint8_t(i * 3),
+                               {1, 2, 3}});
+    RandomPixels random(5);
+    for (int i = 0; i < 2000000; ++i) {
+        const auto p = random.Pixel();
+        colours.push_back({std::uint16_t(random.Below(65536)), p.red, p.green, p.alpha, {0, 0, 0}});
+    }
+    CheckRow(LXRows::FromHSL, colours, Reference::FromHSL);
+}
+
+TEST(ConversionRows, EveryChannelValueOfTheWideFormats) {
+    std::vector<LXRGBA32i> bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes.push_back(
+            {std::uint8_t(i), std::uint8_t(i + 60), std::uint8_t(i + 120), std::uint8_t(i + 180)});
+    CheckRow(LXRows::Widen, bytes, Widened);
+    CheckRow(LXRows::ToHalf, bytes, Halves);
+    std::vector<LXRGBA64i> words;
+    std::vector<LXRGBA64f> halves;
+    for (unsigned int i = 0; i < 65536; i += 4) {
+        const auto at = [i](unsigned int n) { return static_cast<unsigned short>(i + n); };
+        words.push_back({at(0), at(1), at(2), at(3)});
+        halves.push_back({{at(0)}, {at(1)}, {at(2)}, {at(3)}});
+    }
+    CheckRow(LXRows::Narrow, words, Narrowed);
+    CheckRow(LXRows::FromHalf, halves, FromHalves);
+}
+
+TEST(ConversionRows, KnownColours) {
+    const auto through = [](LXRGBA32i p) {
+        LXCMYKA cmyk;
+        LXRGBA32i back;
+        LXRows::ToCMYK(&p, &cmyk, 1);
+        LXRows::FromCMYK(&cmyk, &back, 1);
+        return std::pair<std::array<int, 8>, LXRGBA32i>(Bytes(cmyk), back);
+    };
+    using B = std::array<int, 8>;
+    EXPECT_EQ(through({255, 255, 255, 255}).first, (B{0, 0, 0, 0, 255}));
+    EXPECT_EQ(through({255, 255, 255, 255}).second, (LXRGBA32i{255, 255, 255, 255}));
+    EXPECT_EQ(through({0, 0, 255, 255}).first, (B{0, 255, 255, 0, 255}));
+    EXPECT_EQ(through({0, 0, 255, 255}).second, (LXRGBA32i{255, 0, 0, 255}))
+        << "red comes back blue";
+    EXPECT_EQ(through({0, 0, 0, 7}).first, (B{255, 255, 255, 255, 7}));
+}
+
+// ---- whole images -------------------------------------------------------------------------------
+
+/// Every size in which tiles pair up differently: one low tile or two in the last row, exact fits,
+/// a row of a single pixel.
+class ConversionSizes : public testing::TestWithParam<std::pair<unsigned int, unsigned int>> {
+protected:
+    template <class Low, class Forth, class Back>
+    void RoundTrip(Forth forth, Back back) {
+        const LXImageRGBA32i source = RandomImage(GetParam().first, GetParam().second, 11);
+        const Low low = ConvertImage<LXImageRGBA32i, Low>(source);
+        Low expectedLow(source.GetWidth(), source.GetHeight());
+        LXImageRGBA32i expectedBack(source.GetWidth(), source.GetHeight());
+        for (int y = 0; y < int(source.GetHeight()); ++y)
+            for (int x = 0; x < int(source.GetWidth()); ++x) {
+                const auto pixel = forth(source.GetColor(x, y));
+                expectedLow.SetColor(x, y, pixel);
+                expectedBack.SetColor(x, y, back(pixel));
+            }
+        EXPECT_TRUE(SamePixels(low, expectedLow));
+        EXPECT_TRUE(SamePixels(ConvertImage<Low, LXImageRGBA32i>(low), expectedBack));
+        if constexpr (std::is_same_v<Low, LXImageCMYKA>) {
+            const QImage picture = ConvertImage<LXImageCMYKA, QImage>(low);
+            EXPECT_TRUE(SamePixels(ConvertImage<QImage, LXImageRGBA32i>(picture), expectedBack));
+        }
+    }
+
+    TestPool pool;
+};
+
+TEST_P(ConversionSizes, EveryFormatAndBack) {
+    RoundTrip<LXImageRGBA64i>(Widened, Narrowed);
+    RoundTrip<LXImageRGBA64f>(Halves, FromHalves);
+    RoundTrip<LXImageCMYKA>(Reference::ToCMYK, Reference::FromCMYK);
+    RoundTrip<LXImageHSLA>(Reference::ToHSL, Reference::FromHSL);
+    EXPECT_EQ(pool.InUse(), 0u);
+}
+
+TEST_P(ConversionSizes, QImageAndRawMoveBytes) {
+    const int width = int(GetParam().first), height = int(GetParam().second);
+    const QImage source = RandomQImage(width, height, 12);
+    const auto tiled = ConvertImage<QImage, LXImageRGBA32i>(source);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const LXRGBA32i p = tiled.GetColor(x, y);
+            ASSERT_EQ(qRgba(p.red, p.green, p.blue, p.alpha), source.pixel(x, y)) << x << " " << y;
+        }
+    EXPECT_EQ(source, (ConvertImage<LXImageRGBA32i, QImage>(tiled)));
+
+    for (const unsigned int step : {3, 4, 7}) {
+        std::vector<unsigned char> bytes(std::size_t(width) * std::size_t(height) * step, 0x77);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) {
+                unsigned char* raw =
+                    &bytes[(std::size_t(y) * std::size_t(width) + std::size_t(x)) * step];
+                raw[0] = static_cast<unsigned char>(qRed(source.pixel(x, y)));
+                raw[1] = static_cast<unsigned char>(qGreen(source.pixel(x, y)));
+                raw[2] = static_cast<unsigned char>(qBlue(source.pixel(x, y)));
+            }
+        const RGB32iRawImage raw{static_cast<quint16>(height), static_cast<quint16>(width),
+                                 static_cast<quint16>(step), bytes.data()};
+        const auto image = ConvertImage<RGB32iRawImage, LXImageRGBA32i>(raw);
+        EXPECT_EQ(
+            (ConvertImage<LXImageRGBA32i, QImage>(image)),
+            source.convertToFormat(QImage::Format_RGB32).convertToFormat(QImage::Format_ARGB32));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ConversionSizes,
+                         testing::Values(std::pair{1u, 1u}, std::pair{128u, 128u},
+                                         std::pair{129u, 64u}, std::pair{127u, 65u},
+                                         std::pair{200u, 192u}, std::pair{130u, 193u},
+                                         std::pair{300u, 257u}));
+
+TEST(Conversion, PaddingIsConvertedToo) {
+    const TestPool pool;
+    LXImageRGBA32i image(10, 10);
+    image.FastFill({1, 2, 3, 4});
+    const auto wide = ConvertImage<LXImageRGBA32i, LXImageRGBA64i>(image);
+    std::vector<unsigned char> line(1024);
+    ASSERT_TRUE(wide.ReadLine(0, line.data(), 1024));
+    EXPECT_EQ(line[1023], 4);
+    auto cmyk = ConvertImage<LXImageRGBA32i, LXImageCMYKA>(LXImageRGBA32i(10, 10));
+    ASSERT_TRUE(cmyk.ReadLine(9, line.data(), 1024));
+    EXPECT_EQ(line[1016], 255) << "cyan of black outside the image";
+}
+
+TEST(Conversion, EmptyPicturesStayEmpty) {
+    const TestPool pool;
+    const auto tiled = ConvertImage<QImage, LXImageRGBA32i>(QImage());
+    EXPECT_EQ(tiled.GetWidth() + tiled.GetHeight(), 0u);
+    EXPECT_TRUE((ConvertImage<LXImageRGBA32i, QImage>(LXImageRGBA32i(0, 10))).isNull());
+    EXPECT_EQ((ConvertImage<LXImageRGBA32i, LXImageHSLA>(LXImageRGBA32i(0, 10))).GetHeight(), 10u);
+    EXPECT_TRUE((ConvertImage<LXImageCMYKA, QImage>(LXImageCMYKA(3, 0))).isNull());
+    const RGB32iRawImage raw{0, 5, 3, nullptr};
+    EXPECT_EQ((ConvertImage<RGB32iRawImage, LXImageRGBA32i>(raw)).GetWidth(), 5u);
+}
+
+TEST(Conversion, TakesTheBytesOfAnyQImageFormat) {
+    const TestPool pool;
+    QImage gray(200, 3, QImage::Format_Grayscale8); // 200 bytes a row: 50 pixels of the image
+    gray.fill(9);
+    const auto small = ConvertImage<QImage, LXImageRGBA32i>(gray);
+    EXPECT_EQ(small.GetColor(49, 2), (LXRGBA32i{9, 9, 9, 9}));
+    EXPECT_EQ(small.GetColor(50, 2), (LXRGBA32i{0, 0, 0, 0}));
+    QImage deep(100, 3, QImage::Format_RGBA64); // 800 bytes a row: more than the grid is wide
+    deep.fill(Qt::white);
+    const auto wide = ConvertImage<QImage, LXImageRGBA32i>(deep);
+    EXPECT_EQ(wide.GetColor(99, 2), (LXRGBA32i{255, 255, 255, 255}));
+}
+
+TEST(Conversion, ResultHasNoMetadata) {
+    const TestPool pool;
+    LXImageRGBA32i image(3, 3);
+    image.SetEXIF({RMEXIFElement(RMEXIFElement::Artist, 1)});
+    EXPECT_TRUE((ConvertImage<LXImageRGBA32i, LXImageRGBA64i>(image)).GetEXIF().isEmpty());
+}
+
+TEST(Conversion, AMissingSourceTileEndsTheWalk) {
+    const TestPool pool;
+    LXImageRGBA32i image(400, 100);
+    image.Fill({255, 255, 255, 255});
+    image.GetTileRow(0)[1] = nullptr;
+    const auto wide = ConvertImage<LXImageRGBA32i, LXImageRGBA64i>(image);
+    EXPECT_EQ(wide.GetColor(127, 99), (LXRGBA64i{0xFF00, 0xFF00, 0xFF00, 0xFF00}));
+    EXPECT_EQ(wide.GetColor(128, 0), (LXRGBA64i{0, 0, 0, 0}));
+    EXPECT_EQ(wide.GetColor(300, 0), (LXRGBA64i{0, 0, 0, 0}));
+}
+
+TEST(Conversion, RunsOutOfTilesCleanly) {
+    const auto sweep = [](auto convert, unsigned int width, unsigned int height) {
+        return SweepExhaustion(
+            [=] { return RandomImage(width, height, 2); },
+            [&](const LXImageRGBA32i& image) { convert(image); },
+            [](const LXImageRGBA32i& image, const ExhaustionOutcome& outcome) {
+                EXPECT_EQ(outcome.threw, outcome.handlerCalls == 1);
+                EXPECT_EQ(outcome.log.size(), outcome.threw ? 1 : 0);
+                EXPECT_EQ(outcome.tilesAfter, outcome.tilesBefore);
+                EXPECT_EQ(outcome.log.join(QString()).contains(QStringLiteral("std::bad_alloc")),
+                          outcome.threw);
+                EXPECT_TRUE(SamePixels(image, RandomImage(image.GetWidth(), image.GetHeight(), 2)));
+            });
+    };
+    // Three tiles across, two low ones down: all six, and those of the uniform start that live on.
+    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageRGBA64i>, 300, 100), 6u);
+    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageRGBA64f>, 300, 100), 6u);
+    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageCMYKA>, 300, 100), 6u);
+    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageHSLA>, 300, 100), 6u);
+    const auto back = [](const LXImageRGBA32i& image) {
+        const QImage picture = ConvertImage<LXImageRGBA32i, QImage>(image);
+        ConvertImage<QImage, LXImageRGBA32i>(picture);
+    };
+    EXPECT_GE(sweep(back, 300, 130), 6u);
+}
