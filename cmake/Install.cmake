@@ -19,6 +19,8 @@ install(FILES ${PROJECT_BINARY_DIR}/libimageConfig.cmake
               ${PROJECT_BINARY_DIR}/libimageConfigVersion.cmake
         DESTINATION ${package_dir})
 
+# Relative, so that an installed tree can be moved.
+file(RELATIVE_PATH libimage_prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/libimage.pc.in ${PROJECT_BINARY_DIR}/libimage.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/libimage.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

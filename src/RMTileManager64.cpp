@@ -16,6 +16,7 @@ namespace {
 
 constexpr unsigned int InstanceBlockSize = 65536;
 constexpr unsigned int InstanceTiles = 100000;
+constexpr std::size_t PoolAlignment = 4096;
 
 /// The lines that readers of the log know the destructor's messages by.
 constexpr int DestroyLine = 257;
@@ -36,7 +37,7 @@ void RMTileManager64::ReleaseInstance() {
     m_pInstance = nullptr;
 }
 
-// A failing malloc is not detected: the pool is meant to be reserved address space. If the handles
+// A failing allocation is not detected: the pool is meant to be reserved address space. If the handles
 // cannot be made the pool is not given back either; the process has no memory to go on with.
 RMTileManager64::RMTileManager64(bool, unsigned int blockSize, unsigned int poolTiles,
                                  unsigned int handleCount)
@@ -55,8 +56,12 @@ RMTileManager64::~RMTileManager64() {
     LXFault::Trace(LX_SITE_AT(DestroyedLine), QStringLiteral("Destroyed"));
 }
 
+// Aligned, as a tile that starts between two cache lines halves the speed of every kernel.
 void* RMTileManager64::MacAlloc() {
-    m_pool = static_cast<char*>(std::malloc(m_poolTiles * m_blockSize));
+    void* pool = nullptr;
+    if (posix_memalign(&pool, PoolAlignment, m_poolTiles * m_blockSize) != 0)
+        pool = nullptr;
+    m_pool = static_cast<char*>(pool);
     return m_pool;
 }
 

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstring>
+#include <random>
 #include <type_traits>
 #include <vector>
 
@@ -219,6 +220,27 @@ INSTANTIATE_TEST_SUITE_P(Sizes, ConversionSizes,
                                          std::pair{129u, 64u}, std::pair{127u, 65u},
                                          std::pair{200u, 192u}, std::pair{130u, 193u},
                                          std::pair{300u, 257u}));
+
+// Pictures beyond the caches take another way, by whole vectors where the lines allow it.
+TEST(Conversion, LargePicturesMoveBytesToo) {
+    const TestPool pool;
+    for (const int width : {2100, 2101}) {
+        QImage source(width, 2100, QImage::Format_ARGB32);
+        std::mt19937 random(7);
+        for (int y = 0; y < source.height(); ++y)
+            for (int x = 0; x < width; ++x) {
+                const auto word = random();
+                std::memcpy(source.scanLine(y) + 4 * x, &word, 4);
+            }
+        const auto tiled = ConvertImage<QImage, LXImageRGBA32i>(source);
+        std::vector<unsigned char> line(std::size_t(width) * 4);
+        for (int y = 0; y < source.height(); ++y) {
+            tiled.ReadLine(unsigned(y), line.data(), unsigned(line.size()));
+            ASSERT_EQ(std::memcmp(line.data(), source.constScanLine(y), line.size()), 0) << y;
+        }
+        EXPECT_EQ((ConvertImage<LXImageRGBA32i, QImage>(tiled)), source);
+    }
+}
 
 TEST(Conversion, PaddingIsConvertedToo) {
     const TestPool pool;

@@ -1,6 +1,7 @@
 #include "LXImage.h"
 
 #include "LXTileAccess.h"
+#include "core/CopyBytes.h"
 
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
@@ -59,7 +60,7 @@ bool ReadPiece(const Slot& slot, unsigned int row, unsigned int offset, unsigned
                unsigned int count) {
     const LXTileReader tile(slot);
     if (tile.Pixels())
-        std::memcpy(out, reinterpret_cast<const unsigned char*>(tile.Row(row)) + offset, count);
+        CopyBytes(out, reinterpret_cast<const unsigned char*>(tile.Row(row)) + offset, count);
     out += count;
     return tile.Pixels() != nullptr;
 }
@@ -69,7 +70,7 @@ void WritePiece(Slot& slot, unsigned int row, unsigned int offset, const unsigne
                 unsigned int count) {
     const LXTileWriter tile(slot);
     if (tile.Pixels())
-        std::memcpy(reinterpret_cast<unsigned char*>(tile.Row(row)) + offset, in, count);
+        CopyBytes(reinterpret_cast<unsigned char*>(tile.Row(row)) + offset, in, count);
     in += count;
 }
 

@@ -2,9 +2,11 @@
 
 #include "LXTileAccess.h"
 #include "LXTileWalk.h"
+#include "core/CopyBytes.h"
 
 #include <algorithm>
-#include <cstring>
+#include <deque>
+#include <vector>
 
 /// Conversions that move bytes and compute nothing.
 
@@ -12,57 +14,63 @@ namespace {
 
 constexpr unsigned int TileRowBytes = LXImageRGBA32i::TileWidth * sizeof(LXRGBA32i);
 
-/// How many bytes of a row of `rowBytes` bytes fall into a tile column.
-unsigned int BytesInColumn(unsigned int rowBytes, unsigned int column) {
-    const unsigned int before = column * TileRowBytes;
-    return rowBytes > before ? std::min(rowBytes - before, TileRowBytes) : 0;
-}
-
-/// Calls `visit(tile column, tile row, first image row, rows, bytes in a row)` for all tiles of an
-/// image whose rows of `rowBytes` bytes are transferred. As with WriteLine a row may end within the
-/// image or reach into the padding of the last column.
-template <class Visit>
-void ForTileRows(const LXImageRGBA32i& image, unsigned int rowBytes, Visit visit) {
-    constexpr unsigned int height = LXImageRGBA32i::TileHeight;
-    for (unsigned int row = 0; row < image.GetTilesY(); ++row) {
-        const unsigned int rows = std::min(image.GetHeight() - row * height, height);
-        for (unsigned int column = 0; column < image.GetTilesX(); ++column)
-            visit(column, row, row * height, rows, BytesInColumn(rowBytes, column));
+/// The tiles of a row of tiles, open for the first `bytes` of each of their first `rows` lines.
+/// A tile that is to be covered in full is not copied when it is detached.
+class TileRowWriter {
+public:
+    TileRowWriter(LXImageRGBA32i& image, unsigned int row, unsigned int rows, unsigned int bytes) {
+        for (unsigned int column = 0; column < image.GetTilesX() && bytes > 0; ++column) {
+            m_bytes.push_back(std::min(bytes, TileRowBytes));
+            const bool whole = m_bytes.back() == TileRowBytes && rows == LXImageRGBA32i::TileHeight;
+            m_tiles.emplace_back(image.GetTileRow(row)[column],
+                                 whole ? LXTileContent::Discard : LXTileContent::Keep);
+            bytes -= m_bytes.back();
+        }
     }
-}
+
+    void Write(unsigned int y, const unsigned char* line, const PictureCopier& copy) {
+        for (std::size_t column = 0; column < m_tiles.size(); line += m_bytes[column++])
+            copy(m_tiles[column].Row(y), line, m_bytes[column]);
+    }
+
+private:
+    std::deque<LXTileWriter<LXImageRGBA32i::Block>> m_tiles;
+    std::vector<unsigned int> m_bytes;
+};
 
 } // namespace
 
+// The picture is read through in the order of its memory, and written piece by piece: here by
+// tiles, in the other direction by lines.
 QImage LXConversions::ToQImage(const LXImageRGBA32i& source) {
     QImage target = MakeQImage(source);
-    const std::size_t stride = std::size_t(target.bytesPerLine());
     unsigned char* const bits = target.bits();
-    ForTileRows(source, unsigned(stride),
-                [&](unsigned int column, unsigned int row, unsigned int y, unsigned int rows,
-                    unsigned int bytes) {
-                    const LXTileReader tile(source.GetTileRow(row)[column]);
-                    unsigned char* out = bits + y * stride + std::size_t(column) * TileRowBytes;
-                    for (unsigned int i = 0; tile.Pixels() && i < rows; ++i, out += stride)
-                        std::memcpy(out, tile.Row(i), bytes);
-                });
+    const std::size_t stride = std::size_t(target.bytesPerLine());
+    const PictureCopier copy(std::size_t(target.sizeInBytes()));
+    LXForTiles<LXImageRGBA32i>(LXImageRect(source), [&](const LXTileSpan& span) {
+        const LXTileReader tile(source.GetTileRow(span.row)[span.column]);
+        unsigned char* out = bits + std::size_t(span.position.y()) * stride +
+                             std::size_t(span.position.x()) * sizeof(LXRGBA32i);
+        const std::size_t bytes = std::size_t(span.local.width()) * sizeof(LXRGBA32i);
+        for (int y = 0; tile.Pixels() && y < span.local.height(); ++y, out += stride)
+            copy(out, tile.Row(unsigned(y)), bytes);
+    });
     return target;
 }
 
+// A line is its bytes, whatever the format of the picture: it may end within the image, or reach
+// into the padding of the last tile.
 LXImageRGBA32i LXConversions::FromQImage(const QImage& source) {
+    constexpr unsigned int tileHeight = LXImageRGBA32i::TileHeight;
     LXImageRGBA32i target(unsigned(source.width()), unsigned(source.height()));
-    const std::size_t stride = std::size_t(source.bytesPerLine());
-    const unsigned char* const bits = source.constBits();
-    ForTileRows(target, unsigned(stride),
-                [&](unsigned int column, unsigned int row, unsigned int y, unsigned int rows,
-                    unsigned int bytes) {
-                    const bool whole = rows == LXImageRGBA32i::TileHeight && bytes == TileRowBytes;
-                    const LXTileWriter tile(target.GetTileRow(row)[column],
-                                            whole ? LXTileContent::Discard : LXTileContent::Keep);
-                    const unsigned char* in =
-                        bits + y * stride + std::size_t(column) * TileRowBytes;
-                    for (unsigned int i = 0; i < rows; ++i, in += stride)
-                        std::memcpy(static_cast<void*>(tile.Row(i)), in, bytes);
-                });
+    const PictureCopier copy(std::size_t(source.sizeInBytes()));
+    for (unsigned int row = 0; row < target.GetTilesY(); ++row) {
+        const unsigned int first = row * tileHeight;
+        const unsigned int rows = std::min(target.GetHeight() - first, tileHeight);
+        TileRowWriter tiles(target, row, rows, unsigned(source.bytesPerLine()));
+        for (unsigned int y = 0; y < rows; ++y)
+            tiles.Write(y, source.constScanLine(int(first + y)), copy);
+    }
     return target;
 }
 
