@@ -37,8 +37,9 @@ void RMTileManager64::ReleaseInstance() {
     m_pInstance = nullptr;
 }
 
-// A failing allocation is not detected: the pool is meant to be reserved address space. If the handles
-// cannot be made the pool is not given back either; the process has no memory to go on with.
+// A failing allocation is not detected: the pool is meant to be reserved address space. If the
+// handles cannot be made the pool is not given back either; the process has no memory to go on
+// with.
 RMTileManager64::RMTileManager64(bool, unsigned int blockSize, unsigned int poolTiles,
                                  unsigned int handleCount)
     : m_poolTiles(poolTiles), m_handleCount(handleCount), m_blockSize(blockSize) {

@@ -215,12 +215,6 @@ TEST_P(ConversionSizes, QImageAndRawMoveBytes) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sizes, ConversionSizes,
-                         testing::Values(std::pair{1u, 1u}, std::pair{128u, 128u},
-                                         std::pair{129u, 64u}, std::pair{127u, 65u},
-                                         std::pair{200u, 192u}, std::pair{130u, 193u},
-                                         std::pair{300u, 257u}));
-
 // Pictures beyond the caches take another way, by whole vectors where the lines allow it.
 TEST(Conversion, LargePicturesMoveBytesToo) {
     const TestPool pool;
@@ -254,6 +248,38 @@ TEST(Conversion, PaddingIsConvertedToo) {
     ASSERT_TRUE(cmyk.ReadLine(9, line.data(), 1024));
     EXPECT_EQ(line[1016], 255) << "cyan of black outside the image";
 }
+
+/// All pixels of the grid outside the image, read with it.
+TEST_P(ConversionSizes, PaddingIsZeroWhereNothingIsConvertedToIt) {
+    const auto [width, height] = GetParam();
+    const QImage opaque(int(width), int(height), QImage::Format_ARGB32);
+    const std::vector<unsigned char> bytes(std::size_t(width) * height * 3, 0xFF);
+    const RGB32iRawImage raw{quint16(height), quint16(width), 3, bytes.data()};
+    LXImageRGBA64i wide(width, height);
+    wide.FastFill({0xFF00, 0xFF00, 0xFF00, 0xFF00});
+    const unsigned int lowRows = wide.GetTilesY() * LXImageRGBA64i::TileHeight;
+    const struct {
+        LXImageRGBA32i image;
+        unsigned int columns, rows; ///< what the source fills
+    } cases[] = {
+        {ConvertImage<QImage, LXImageRGBA32i>(opaque), width, height},
+        {ConvertImage<RGB32iRawImage, LXImageRGBA32i>(raw), width, height},
+        {ConvertImage<LXImageRGBA64i, LXImageRGBA32i>(wide), wide.GetTilesX() * 128, lowRows}};
+    for (const auto& c : cases)
+        for (unsigned int y = 0; y < c.image.GetTilesY() * 128; ++y)
+            for (unsigned int x = 0; x < c.image.GetTilesX() * 128; ++x) {
+                if (x < c.columns && y < c.rows)
+                    continue;
+                const LXTileReader tile(c.image.GetTileRow(y / 128)[x / 128]);
+                ASSERT_EQ(tile.Row(y % 128)[x % 128], (LXRGBA32i{0, 0, 0, 0})) << x << " " << y;
+            }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ConversionSizes,
+                         testing::Values(std::pair{1u, 1u}, std::pair{128u, 128u},
+                                         std::pair{129u, 64u}, std::pair{127u, 65u},
+                                         std::pair{200u, 192u}, std::pair{130u, 193u},
+                                         std::pair{300u, 257u}));
 
 TEST(Conversion, EmptyPicturesStayEmpty) {
     const TestPool pool;

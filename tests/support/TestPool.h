@@ -4,6 +4,8 @@
 
 #include <QtCore/QList>
 
+#include <cstring>
+
 /// A pool of a few tiles in place of the application's, for as long as it lives.
 class TestPool {
 public:
@@ -11,6 +13,7 @@ public:
         : m_tiles(tiles), m_pool(false, 65536, tiles, tiles),
           m_previous(RMTileManager64::m_pInstance) {
         RMTileManager64::m_pInstance = &m_pool;
+        MakeDirty();
     }
     ~TestPool() {
         m_pool.CleanUpTiles(m_held);
@@ -39,6 +42,16 @@ public:
     }
 
 private:
+    /// A tile comes with old bytes in it. Only the tiles that are handed out first, for speed.
+    void MakeDirty() {
+        QList<void*> tiles;
+        while (tiles.size() < 64 && m_pool.GetAvailableCount() > 0)
+            tiles.prepend(m_pool.MakeTile());
+        for (void* tile : tiles)
+            std::memset(m_pool.GetMemory(tile, true), 0xCD, 65536);
+        m_pool.CleanUpTiles(tiles);
+    }
+
     unsigned int m_tiles;
     RMTileManager64 m_pool;
     RMTileManager64* m_previous;

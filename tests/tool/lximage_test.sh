@@ -1,0 +1,287 @@
+#!/usr/bin/env bash
+# Runs the tool as its users do. Usage: lximage_test.sh PATH_OF_LXIMAGE
+set -u
+
+tool=$(realpath -- "$1")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+failures=0
+
+# check WHAT COMMAND...: the command must succeed.
+check() {
+    local what=$1
+    shift
+    "$@" && return
+    echo "FAILED: $what"
+    [[ -s stderr ]] && sed 's/^/    stderr: /' stderr
+    failures=$((failures + 1))
+}
+
+# Runs the tool, keeps what it prints in the files stdout and stderr, and wants this exit code.
+exits() {
+    local code=$1
+    shift
+    "$tool" "$@" >stdout 2>stderr
+    [[ $? -eq $code ]]
+}
+
+printed() { grep -q -- "$1" stdout; }
+complained() { grep -q -- "^lximage: .*$1" stderr; }
+absent() { [[ ! -e $1 ]]; }
+differ() { ! cmp -s "$1" "$2"; }
+
+# The tool must fail on the input, say why, and neither make a new file nor touch an old one.
+refuses() { # what is wrong, file
+    check "$1: exit code 1" exits 1 convert "$2" new.png
+    check "$1: message names the file" complained "$2: ."
+    check "$1: no new file" absent new.png
+    echo old >old.png
+    exits 1 convert "$2" old.png
+    check "$1: old file untouched" cmp -s old.png <(echo old)
+}
+
+# Signals the running job until it has gone, and wants exit code 1.
+ends_on() { # signal, process
+    for _ in {1..100}; do
+        sleep 0.1
+        kill -"$1" "$2" 2>/dev/null || break
+    done
+    kill -KILL "$2" 2>/dev/null
+    wait "$2"
+    [[ $? -eq 1 ]]
+}
+
+# --- usage ---------------------------------------------------------------------------------------
+
+check "--help" exits 0 --help
+for command in info convert scene; do
+    check "--help lists $command" grep -q "^  $command  " stdout
+done
+for command in info convert scene; do
+    check "help $command" exits 0 help "$command"
+    check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
+    cp stdout help
+    check "$command --help" exits 0 "$command" --help
+    check "$command --help prints the same" cmp -s stdout help
+done
+check "--version" exits 0 --version
+check "--version prints a number" printed '^lximage [0-9]*\.[0-9]'
+
+wrong_usage() {
+    check "wrong usage '$*': exit code 2" exits 2 "$@"
+    check "wrong usage '$*': message" complained "see lximage --help"
+}
+wrong_usage
+wrong_usage frobnicate
+wrong_usage help frobnicate
+wrong_usage info
+wrong_usage info --frobnicate x.png
+wrong_usage convert x.png
+wrong_usage convert x.png y.png z.png
+wrong_usage convert --through paint x.png y.png
+wrong_usage convert --format paint x.png y.png
+wrong_usage scene --size 12 x.png
+wrong_usage scene --size 0x10 x.png
+wrong_usage scene --size 10x99999 x.png
+
+# --- pictures ------------------------------------------------------------------------------------
+
+check "scene" exits 0 scene scene.png
+check "scene again" exits 0 scene again.png
+check "scene is the same on every run" cmp -s scene.png again.png
+check "scene in another size" exits 0 scene --size 300x50 small.png
+check "info" exits 0 info scene.png small.png
+check "info shows the default size" printed "1200 x 800 pixels"
+check "info shows the other size" printed "300 x 50 pixels"
+check "info shows the tiles" printed "70 slots (10 x 7)"
+
+for format in rgba64 half cmyk hsl; do
+    check "convert --through $format" exits 0 convert --through "$format" scene.png "$format.png"
+done
+check "convert" exits 0 convert scene.png plain.png
+check "the tiled image is lossless" cmp -s scene.png plain.png
+check "rgba64 is lossless" cmp -s scene.png rgba64.png
+check "half is not lossless" differ scene.png half.png
+
+printf 'P6\n2 1\n255\n\377\0\0\0\0\377' >colours.ppm
+printf 'P6\n2 1\n255\n\0\0\377\377\0\0' >exchanged.ppm
+check "cmyk of two pixels" exits 0 convert --through cmyk colours.ppm cmyk.ppm
+check "cmyk exchanges red and blue" cmp -s cmyk.ppm exchanged.ppm
+check "hsl of two pixels" exits 0 convert --through hsl colours.ppm hsl.ppm
+check "hsl keeps red and blue" cmp -s hsl.ppm colours.ppm
+
+check "formats without transparency get white" exits 0 convert small.png small.ppm
+check "the corner is white" [ "$(tail -c 3 small.ppm | od -An -tx1)" = " ff ff ff" ]
+
+# --- files and pipes -----------------------------------------------------------------------------
+
+check "convert to standard output" exits 0 convert scene.png -
+check "standard output is PNG" cmp -s stdout scene.png
+"$tool" convert - - <scene.png 2>stderr | "$tool" convert - piped.png 2>>stderr
+check "convert through pipes" cmp -s piped.png scene.png
+check "--format for standard output" exits 0 scene --format bmp -
+check "it is BMP" [ "$(head -c 2 stdout)" = BM ]
+check "--format wins over the name" exits 0 convert --format bmp small.png named.png
+check "it is BMP as well" [ "$(head -c 2 named.png)" = BM ]
+check "a name without a format" exits 1 convert small.png noformat
+check "its message" complained "noformat: .*--format"
+check "info of standard input" "$tool" info - <small.png >stdout
+check "it is named" printed "^standard input$"
+
+mkdir 'a folder'
+cp scene.png 'a folder/a &picture; é.png'
+check "same file in and out" exits 0 convert 'a folder/a &picture; é.png' 'a folder/a &picture; é.png'
+check "same file is whole" cmp -s scene.png 'a folder/a &picture; é.png'
+check "no other file is left" [ "$(ls 'a folder')" = 'a &picture; é.png' ]
+
+"$tool" convert scene.png - 2>stderr >/dev/full
+check "standard output on a full disk: exit code 1" [ $? -eq 1 ]
+check "standard output on a full disk: message" complained "standard output: ."
+"$tool" convert scene.png - 2>stderr | head -c 1 >/dev/null
+check "standard output closed early: exit code 1" [ "${PIPESTATUS[0]}" -eq 1 ]
+"$tool" info scene.png 2>stderr >&-
+check "no standard output: exit code 1" [ $? -eq 1 ]
+
+# --- bad input and output ------------------------------------------------------------------------
+
+: >empty.png
+head -c 3000 /dev/zero | tr '\0' 'x' >rubbish.png
+printf 'P6\n70000 70000\n255\nabc' >huge.ppm
+refuses "empty file" empty.png
+refuses "rubbish" rubbish.png
+refuses "more pixels than memory" huge.ppm
+refuses "missing file" missing.png
+refuses "directory" 'a folder'
+for format in png jpg bmp ppm tiff webp; do
+    "$tool" convert scene.png "whole.$format"
+    check "$format can be read back" exits 0 info "whole.$format"
+    head -c $(($(stat -c %s "whole.$format") * 9 / 10)) "whole.$format" >"cut.$format"
+    refuses "truncated $format" "cut.$format"
+done
+cp small.png secret.png
+chmod 000 secret.png
+if [[ -r secret.png ]]; then
+    echo "note: this user reads every file; unreadable files not tried"
+else
+    refuses "unreadable file" secret.png
+fi
+
+check "missing folder: exit code 1" exits 1 convert small.png missing/out.png
+check "missing folder: message" complained "missing/out.png: ."
+check "folder as output: exit code 1" exits 1 convert --format png small.png 'a folder'
+echo old >'a folder/old.png'
+(
+    trap '' XFSZ
+    ulimit -f 8
+    "$tool" convert scene.png 'a folder/old.png' 2>/dev/null
+)
+check "write error: exit code 1" [ $? -eq 1 ]
+check "write error: old file untouched" cmp -s 'a folder/old.png' <(echo old)
+check "write error: no other file is left" [ "$(find 'a folder' -type f | wc -l)" -eq 2 ]
+
+if (ulimit -v 3000000; "$tool" --version >/dev/null 2>&1); then
+    (ulimit -v 3000000; "$tool" scene poor.png 2>stderr)
+    check "no room for the tile pool: exit code 1" [ $? -eq 1 ]
+    check "no room for the tile pool: message" complained "out of memory"
+else
+    echo "note: this build does not run in limited memory; that is not tried"
+fi
+
+# --- information ---------------------------------------------------------------------------------
+
+check "one bad file among several: exit code 1" exits 1 info small.png rubbish.png scene.png
+check "the bad one is reported" complained "rubbish.png: ."
+check "the first good one is printed" printed "^small.png$"
+check "the last good one is printed" printed "^scene.png$"
+check "--json with a bad file: exit code 1" exits 1 info --json small.png rubbish.png scene.png
+check "--json begins an array" [ "$(head -n 1 stdout)" = '[' ]
+check "--json ends the array" [ "$(tail -n 1 stdout)" = ']' ]
+check "--json has an object for each good file" [ "$(grep -c '"path"' stdout)" -eq 2 ]
+check "--json numbers are numbers" grep -q '"width": 300' stdout
+check "--json tells the format" grep -q '"format": "png"' stdout
+
+# --- what travels with a picture -----------------------------------------------------------------
+
+# A PNG that says it is sRGB: the chunk goes behind the header chunk, which ends at byte 33.
+{
+    head -c 33 small.png
+    printf '\0\0\0\1sRGB\0\256\316\034\351'
+    tail -c +34 small.png
+} >profile.png
+check "no profile" exits 0 info small.png
+check "none is shown" printed "^  Profile   none$"
+check "a profile" exits 0 info profile.png
+check "it is shown" printed "^  Profile   sRGB$"
+for format in png jpg tiff webp; do
+    check "profile to $format" exits 0 convert --through rgba64 profile.png "profile.$format"
+    check "profile in $format" exits 0 info "profile.$format"
+    check "profile of $format" printed "^  Profile   sRGB$"
+done
+
+# A JPEG whose EXIF segment tells a maker, an f-number, a width, and that it lies on its side.
+{
+    "$tool" convert --format jpg profile.png - >upright.jpg
+    head -c 2 upright.jpg
+    printf '\377\341\0\150Exif\0\0II\52\0\10\0\0\0'
+    printf '\3\0' # fields of the main directory
+    printf '\17\1\2\0\10\0\0\0\62\0\0\0'
+    printf '\22\1\3\0\1\0\0\0\6\0\0\0'
+    printf '\151\207\4\0\1\0\0\0\72\0\0\0'
+    printf '\0\0\0\0A\33maker\0'
+    printf '\2\0' # fields of the EXIF directory
+    printf '\235\202\5\0\1\0\0\0\130\0\0\0'
+    printf '\2\240\4\0\1\0\0\0\54\1\0\0'
+    printf '\0\0\0\0\34\0\0\0\12\0\0\0'
+    tail -c +3 upright.jpg
+} >exif.jpg
+check "EXIF" exits 0 info exif.jpg
+check "the picture is turned upright" printed "50 x 300 pixels"
+check "the maker is shown, on one line and without control characters" printed "  A maker$"
+check "the orientation is shown as it is in the file" printed "right, top"
+for format in jpg png tiff webp; do
+    check "EXIF to $format" exits 0 convert exif.jpg "exif2.$format"
+    check "EXIF in $format" exits 0 info --json "exif2.$format"
+    check "maker in $format" grep -q '"value": "A.*maker"' stdout
+    check "f-number in $format" grep -q '"value": "F2.8"' stdout
+    check "size of $format" grep -q '"width": 50' stdout
+    check "width in $format" grep -q '"value": "50"' stdout
+    check "orientation in $format" grep -q '"value": "top, left"' stdout
+    check "profile beside EXIF in $format" grep -q '"profile": "sRGB"' stdout
+done
+check "upright picture" exits 0 convert exif.jpg exif.ppm
+check "upright picture from TIFF" exits 0 convert exif2.tiff exif2.ppm
+check "EXIF does not touch the pixels of TIFF" cmp -s exif.ppm exif2.ppm
+
+# --- interruption --------------------------------------------------------------------------------
+
+mkdir stopped
+echo old >stopped/old.png
+
+mkfifo slow
+(head -c 1000 scene.png; exec sleep 60) >slow &
+writer=$!
+"$tool" convert slow stopped/new.png 2>stderr &
+check "SIGINT while reading" ends_on INT $!
+check "SIGINT while reading: message" complained "interrupted"
+kill $writer
+
+"$tool" convert scene.png - 2>stderr >slow &
+job=$!
+exec 3<slow
+check "SIGTERM while writing" ends_on TERM $job
+check "SIGTERM while writing: message" complained "interrupted"
+exec 3<&-
+
+"$tool" scene --size 8000x8000 stopped/old.png 2>stderr &
+check "SIGINT while working" ends_on INT $!
+check "SIGINT while working: message" complained "interrupted"
+
+check "interruption leaves no new file" [ "$(ls -A stopped)" = old.png ]
+check "interruption leaves the old file" cmp -s stopped/old.png <(echo old)
+
+if ((failures)); then
+    echo "$failures checks failed"
+    exit 1
+fi
+echo "all checks passed"
