@@ -1,10 +1,10 @@
 #include "LXConvertImage.h"
 #include "Pairs.h"
+#include "Pictures.h"
 #include "core/conversion/Rows.h"
 
 #include <cstring>
 #include <memory>
-#include <random>
 #include <vector>
 
 /// Tiles, copies and conversions. A picture of 12.58 million pixels throughout; items are pixels
@@ -13,38 +13,10 @@
 
 namespace {
 
-constexpr unsigned int Width = 4096, Height = 3072;
-constexpr std::size_t Pixels = std::size_t(Width) * Height;
-
-std::vector<LXRGBA32i> RandomRow(std::size_t count) {
-    std::mt19937 random(1);
-    std::vector<LXRGBA32i> row(count);
-    for (LXRGBA32i& pixel : row) {
-        const auto word = random();
-        std::memcpy(static_cast<void*>(&pixel), &word, 4);
-    }
-    return row;
-}
-
-const std::vector<LXRGBA32i>& FlatPicture() {
-    static const auto pixels = RandomRow(Pixels);
-    return pixels;
-}
-
-const QImage& Picture() {
-    static const QImage picture(
-        static_cast<const uchar*>(static_cast<const void*>(FlatPicture().data())), int(Width),
-        int(Height), QImage::Format_ARGB32);
-    return picture;
-}
-
-LXImageRGBA32i TiledPicture() {
-    return ConvertImage<QImage, LXImageRGBA32i>(Picture());
-}
-
-void Count(benchmark::State& state, std::size_t itemsAnIteration) {
-    state.SetItemsProcessed(state.iterations() * std::int64_t(itemsAnIteration));
-}
+using Bench::Count;
+using Bench::Picture;
+using Bench::Pixels;
+using Bench::TiledPicture;
 
 // ---- tiles --------------------------------------------------------------------------------------
 
@@ -93,10 +65,9 @@ BENCHMARK(CopyTileByHand);
 // ---- memcpy -------------------------------------------------------------------------------------
 
 void Memcpy(benchmark::State& state) {
-    const auto& from = FlatPicture();
     for (auto _ : state) {
         const std::unique_ptr<unsigned char[]> to(new unsigned char[Pixels * 4]);
-        std::memcpy(to.get(), from.data(), Pixels * 4);
+        std::memcpy(to.get(), Picture().constBits(), Pixels * 4);
         benchmark::DoNotOptimize(to.get());
         benchmark::ClobberMemory();
     }
@@ -141,8 +112,8 @@ void FromLow(benchmark::State& state) {
 template <class In, class Out>
 void Flat(benchmark::State& state, void (*row)(const In*, Out*, unsigned int)) {
     std::vector<In> in(Pixels);
-    std::memcpy(static_cast<void*>(in.data()), FlatPicture().data(), Pixels * 4);
-    std::memcpy(static_cast<void*>(in.data() + Pixels / 2), FlatPicture().data(),
+    std::memcpy(static_cast<void*>(in.data()), Picture().constBits(), Pixels * 4);
+    std::memcpy(static_cast<void*>(in.data() + Pixels / 2), Picture().constBits(),
                 Pixels / 2 * std::min<std::size_t>(sizeof(In), 8));
     for (auto _ : state) {
         const std::unique_ptr<unsigned char[]> out(new unsigned char[Pixels * sizeof(Out)]);

@@ -20,7 +20,7 @@ struct Pair {
     std::string ours;
     std::string peer;
     Measure measure;
-    double target;
+    double target; ///< 0 for a line that is only told
 };
 
 /// Registers a line. The benchmarks are known by the names they are registered under.
@@ -30,8 +30,7 @@ int Add(Pair pair);
 class Reporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override;
-    /// Returns how many lines miss their targets.
-    int PrintTable() const;
+    void PrintTable() const;
 };
 
 } // namespace Pairs

@@ -31,7 +31,11 @@ public:
 
     using ExceptionHandler = void (*)(void* context, const std::exception& fault);
 
-    /// Creates the pool of 100000 tiles of 65536 bytes if there is none. The argument is unused.
+    /// What InitInstance reserves: this many tiles of this many bytes.
+    static constexpr unsigned int InstanceTiles = 100000;
+    static constexpr unsigned int InstanceBlockSize = 65536;
+
+    /// Creates the pool if there is none. The argument is unused.
     static void InitInstance(bool unused = false);
     /// Destroys the pool, if there is one. Images that are still alive are left without memory;
     /// the log tells how many tiles they held.

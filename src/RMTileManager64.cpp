@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr unsigned int InstanceBlockSize = 65536;
-constexpr unsigned int InstanceTiles = 100000;
 constexpr std::size_t PoolAlignment = 4096;
 
 /// The lines that readers of the log know the destructor's messages by.

@@ -1,0 +1,40 @@
+#include "Command.h"
+
+#include "Failure.h"
+
+#include <algorithm>
+
+const std::vector<Command>& Commands() {
+    static const std::vector<Command> commands = {
+        {"info", "[options] FILE...", "Show what is known about pictures", RunInfo},
+        {"convert", "[options] IN OUT", "Convert the file format or the pixel format", RunConvert},
+        {"scene", "[options] OUT", "Paint the demo picture", RunScene},
+    };
+    return commands;
+}
+
+const Command& FindCommand(const QString& name) {
+    const auto& commands = Commands();
+    const auto found = std::find_if(commands.begin(), commands.end(), [&name](const Command& c) {
+        return name == QLatin1String(c.name);
+    });
+    if (found == commands.end())
+        throw UsageError{QStringLiteral("there is no command '%1'").arg(name)};
+    return *found;
+}
+
+QString GeneralHelp() {
+    QString text = QStringLiteral("Usage: lximage COMMAND [options] ...\n"
+                                  "Works on pictures through the tiled images of libimage.\n\n"
+                                  "Commands:\n");
+    for (const Command& command : Commands())
+        text += QStringLiteral("  %1 %2\n")
+                    .arg(QLatin1String(command.name), -12)
+                    .arg(QLatin1String(command.summary));
+    text += QStringLiteral("\n"
+                           "  lximage help COMMAND   the options of a command\n"
+                           "  lximage --version      the version\n\n"
+                           "Instead of a file, - means standard input or standard output.\n"
+                           "Exit codes: 0 success, 1 failure, 2 wrong usage.\n");
+    return text;
+}

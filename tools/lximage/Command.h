@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <vector>
+
+/// One subcommand. `run` gets the arguments after the name and returns the exit code; it throws
+/// Failure, UsageError and Interrupted.
+struct Command {
+    const char* name;
+    const char* synopsis;
+    const char* summary;
+    int (*run)(const Command& command, const QStringList& arguments);
+};
+
+/// All commands, in the order of the help.
+const std::vector<Command>& Commands();
+
+/// The command of that name. Throws UsageError if there is none.
+const Command& FindCommand(const QString& name);
+
+/// The help of the tool itself.
+QString GeneralHelp();
+
+int RunInfo(const Command& command, const QStringList& arguments);
+int RunConvert(const Command& command, const QStringList& arguments);
+int RunScene(const Command& command, const QStringList& arguments);
