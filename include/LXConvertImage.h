@@ -4,8 +4,8 @@
 
 #include <QtGui/QImage>
 
-/// A raw RGB picture that the caller owns: pixel (x, y) starts at
-/// (y * width + x) * bytesPerPixel, and its first three bytes are red, green, blue.
+/// A raw RGB picture: pixel (x, y) starts at (y * width + x) * bytesPerPixel, and its first three
+/// bytes are red, green, blue. The bytes stay the caller's.
 struct RGB32iRawImage {
     quint16 height;
     quint16 width;
@@ -26,7 +26,8 @@ Target ConvertImage(const Source& source);
     LIBIMAGE_EXPORT Target ConvertImage<Source, Target>(const Source& source)
 
 /// Pixel bytes move unchanged. The QImage must be in Format_ARGB32; the format is not checked, and
-/// the bytes of any other are taken for that.
+/// the bytes of the lines of any other are taken for that, into the padding if there are more of
+/// them than the image is wide.
 LX_CONVERT(LXImageRGBA32i, QImage);
 LX_CONVERT(QImage, LXImageRGBA32i);
 
@@ -47,7 +48,8 @@ LX_CONVERT(LXImageCMYKA, QImage);
 LX_CONVERT(LXImageRGBA32i, LXImageHSLA);
 LX_CONVERT(LXImageHSLA, LXImageRGBA32i);
 
-/// Opaque pixels.
+/// Opaque pixels. Throws std::invalid_argument, after a log line, if there are pixels but no data
+/// or fewer than 3 bytes a pixel.
 LX_CONVERT(RGB32iRawImage, LXImageRGBA32i);
 
 #undef LX_CONVERT

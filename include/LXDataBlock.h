@@ -9,8 +9,9 @@
 /// The bytes of a tile, the same for every pixel type.
 constexpr unsigned int LXTileBytes = 65536;
 
-/// The shared record of one tile. Its reference count is the number of grid slots that point at
-/// it, in all images together. It owns the tile for as long as it lives.
+/// The shared record of one tile. Its reference count is the number of slots that point at it:
+/// those of the grids of all images, and those that a caller holds. It owns the tile for as long as
+/// it lives.
 template <class PixelType, unsigned int Width, unsigned int Height>
 class DataBlock : public QSharedData {
 public:
@@ -37,5 +38,6 @@ public:
 
     ~DataBlock() { RMTileManager64::Instance()->CleanUpTile(handle); }
 
+    /// For RMTileManager64; LXTileReader and LXTileWriter turn it into pixels.
     void* const handle;
 };

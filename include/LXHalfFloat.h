@@ -14,9 +14,10 @@ struct LIBIMAGE_EXPORT LXHalfFloat {
     /// flags, and returns the infinity.
     static float Overflow();
 
-    /// The half bits of the float whose 32 bits are given, rounding half up in magnitude. A value
-    /// below the smallest half denormal gives +0 whatever its sign; one above the largest half
-    /// gives an infinity after Overflow.
+    /// The half bits of the float whose 32 bits are given, rounding half up in magnitude. A
+    /// magnitude below 2^-25 gives +0 whatever its sign; a finite one of 65520 or more gives an
+    /// infinity, after Overflow. Infinities stay, and a NaN stays a NaN with the upper bits of its
+    /// payload.
     static short Convert(int floatBits);
 
     /// By the upper nine bits of a float (sign, exponent): the half's sign and exponent where a

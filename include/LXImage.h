@@ -39,6 +39,7 @@ public:
 
     /// An image with all pixels 0. Throws std::bad_alloc above MaxTiles.
     LXImage(unsigned int width, unsigned int height);
+    /// Copies share all tiles, and carry profile, EXIF and user values.
     LXImage(const LXImage& other);
     LXImage& operator=(const LXImage& other);
     /// A moved-from image is empty: 0 x 0, without profile and EXIF.
@@ -65,10 +66,10 @@ public:
     const QList<RMEXIFElement>& GetEXIF() const { return m_exif; }
     void SetEXIF(const QList<RMEXIFElement>& elements) { m_exif = elements; }
 
-    /// Two integers for the application (`index` 0 or 1): 0 in a new image, copied with it, and
-    /// never read by the library.
-    qint32 GetUserValue(unsigned int index) const { return m_userValues[index & 1]; }
-    void SetUserValue(unsigned int index, qint32 value) { m_userValues[index & 1] = value; }
+    /// Two integers for the application: 0 in a new image, copied with it, and never read by the
+    /// library. Any other index than 0 and 1 throws std::out_of_range.
+    qint32 GetUserValue(unsigned int index) const { return m_userValues.at(index); }
+    void SetUserValue(unsigned int index, qint32 value) { m_userValues.at(index) = value; }
 
     /// Sets all pixels of the image; those outside it in edge tiles become 0. If a tile is missing
     /// for the body the old content stays; if one for an edge is, some tiles are already replaced.
@@ -80,7 +81,9 @@ public:
 
     /// Rows and columns as raw bytes, straight through the tiles. False, and nothing done, if the
     /// start lies outside the image. What goes beyond the grid of tiles is not transferred, and
-    /// that is no failure; what lies between image and grid is edge padding and is.
+    /// that is no failure; what lies between image and grid is edge padding and is transferred. A
+    /// slot that somebody set to null is passed over; only ReadLine from an x ends there with
+    /// false, unless it is the first.
     bool ReadLine(unsigned int y, unsigned char* out, unsigned int bytes) const;
     bool ReadLine(unsigned int y, unsigned int x, unsigned char* out, unsigned int bytes) const;
     bool WriteLine(unsigned int y, const unsigned char* in, unsigned int bytes);

@@ -22,6 +22,7 @@ public:
     LXTileReader& operator=(const LXTileReader&) = delete;
 
     const typename Block::Pixel* Pixels() const { return m_pixels; }
+    /// Row `y` of the tile; only if Pixels() is not null.
     const typename Block::Pixel* Row(unsigned int y) const {
         return m_pixels + y * Block::TileWidth;
     }
@@ -68,6 +69,7 @@ public:
     LXTileWriter& operator=(const LXTileWriter&) = delete;
 
     typename Block::Pixel* Pixels() const { return m_pixels; }
+    /// Row `y` of the tile; only if Pixels() is not null.
     typename Block::Pixel* Row(unsigned int y) const { return m_pixels + y * Block::TileWidth; }
 
 private:

@@ -17,12 +17,14 @@ public:
     RMCMSProfile& operator=(RMCMSProfile&& other) noexcept;
     ~RMCMSProfile();
 
+    /// True if there is no profile.
     bool IsEmpty() const;
 
     /// Takes the profile from its ICC bytes, which are not kept; all copies of this profile see
     /// the new one. Size 0 makes this copy alone empty. False if the bytes are no profile, and the
     /// old profile stays.
     bool Load(const char* data, int size);
+    /// The same; an empty array is size 0.
     bool FromByteArray(const QByteArray& bytes);
 
     /// Writes the ICC bytes. Returns their count, 0 for an empty profile, and -1, with nothing

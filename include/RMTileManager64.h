@@ -21,7 +21,7 @@ class LIBIMAGE_EXPORT RMTileManager64 {
 public:
     /// The handle of one tile. It never moves, and it always means the same block.
     struct TileData {
-        char* memory;
+        char* memory; ///< the first byte of the block
     };
 
     /// Statistics of a paging pool; all of them are 0 here, as every tile stays resident.
@@ -37,8 +37,8 @@ public:
 
     /// Creates the pool if there is none. The argument is unused.
     static void InitInstance(bool unused = false);
-    /// Destroys the pool, if there is one. Images that are still alive are left without memory;
-    /// the log tells how many tiles they held.
+    /// Destroys the pool, if there is one. No image may be alive any more, not even to be
+    /// destroyed later; the log tells how many tiles were still held.
     static void ReleaseInstance();
     /// The pool that all images use, or null.
     static RMTileManager64* Instance() { return m_pInstance; }
@@ -61,11 +61,12 @@ public:
     TileData* MakeTile();
     /// `n` tiles. Fails as MakeTile if `n` or fewer are free: one always stays behind.
     QList<void*> MakeTiles(unsigned int n);
-    /// MakeTile for a caller that already holds the lock of the pool.
+    /// The unguarded part of MakeTile; not for applications.
     TileData* AllocTile();
 
     /// Gives a tile back; it will be the next one handed out. The handle is not checked.
     void Release(TileData* tile);
+    /// Release under the handle's general type, for one and, in the order of the list, for many.
     void CleanUpTile(void* tile);
     void CleanUpTiles(const QList<void*>& tiles);
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstring>
 #include <random>
+#include <stdexcept>
 #include <type_traits>
 #include <vector>
 
@@ -312,39 +313,91 @@ TEST(Conversion, ResultHasNoMetadata) {
     EXPECT_TRUE((ConvertImage<LXImageRGBA32i, LXImageRGBA64i>(image)).GetEXIF().isEmpty());
 }
 
+TEST(Conversion, TakesOnlyWhatBelongsToThePicture) {
+    const TestPool pool;
+    // A window of 100 pixels into a picture of 1000, at its right edge: nothing lies behind the
+    // last line.
+    const std::vector<unsigned char> bytes(1000 * 50 * 4, 0xFF);
+    const QImage window(bytes.data() + 900 * 4, 100, 50, 1000 * 4, QImage::Format_ARGB32);
+    const auto image = ConvertImage<QImage, LXImageRGBA32i>(window);
+    EXPECT_EQ(image.GetColor(99, 49), (LXRGBA32i{255, 255, 255, 255}));
+    const LXTileReader tile(image.GetTileRow(0)[0]);
+    EXPECT_EQ(tile.Row(0)[100], (LXRGBA32i{0, 0, 0, 0}));
+
+    const LogCapture log;
+    const RGB32iRawImage noData{5, 5, 3, nullptr}, flat{5, 5, 2, bytes.data()};
+    for (const RGB32iRawImage& raw : {noData, flat})
+        EXPECT_THROW((ConvertImage<RGB32iRawImage, LXImageRGBA32i>(raw)), std::invalid_argument);
+    EXPECT_EQ(LogCapture::Lines().size(), 2);
+}
+
+/// Converts a white picture with a tile missing in the middle and looks on both sides of the hole.
+template <class Low>
+void CheckMissingTiles(const typename Low::Pixel& white) {
+    const LXRGBA32i opaque{255, 255, 255, 255}, nothing{0, 0, 0, 0};
+    LXImageRGBA32i high(400, 100);
+    high.Fill(opaque);
+    high.GetTileRow(0)[1] = nullptr;
+    const Low forth = ConvertImage<LXImageRGBA32i, Low>(high);
+    EXPECT_EQ(Bytes(forth.GetColor(127, 99)), Bytes(white));
+    EXPECT_EQ(Bytes(forth.GetColor(128, 0)), Bytes(typename Low::Pixel{}));
+    EXPECT_EQ(Bytes(forth.GetColor(399, 99)), Bytes(typename Low::Pixel{}));
+    for (const unsigned int missing : {0U, 1U}) { // the upper or the lower of a pair
+        Low low(400, 100);
+        low.Fill(white);
+        low.GetTileRow(missing)[1] = nullptr;
+        const auto back = ConvertImage<Low, LXImageRGBA32i>(low);
+        EXPECT_NE(back.GetColor(127, 99), nothing);
+        EXPECT_EQ(back.GetColor(128, 0), nothing);
+        EXPECT_EQ(back.GetColor(399, 99), nothing);
+    }
+}
+
 TEST(Conversion, AMissingSourceTileEndsTheWalk) {
     const TestPool pool;
-    LXImageRGBA32i image(400, 100);
-    image.Fill({255, 255, 255, 255});
-    image.GetTileRow(0)[1] = nullptr;
-    const auto wide = ConvertImage<LXImageRGBA32i, LXImageRGBA64i>(image);
-    EXPECT_EQ(wide.GetColor(127, 99), (LXRGBA64i{0xFF00, 0xFF00, 0xFF00, 0xFF00}));
-    EXPECT_EQ(wide.GetColor(128, 0), (LXRGBA64i{0, 0, 0, 0}));
-    EXPECT_EQ(wide.GetColor(300, 0), (LXRGBA64i{0, 0, 0, 0}));
+    CheckMissingTiles<LXImageRGBA64i>({0xFF00, 0xFF00, 0xFF00, 0xFF00});
+    CheckMissingTiles<LXImageRGBA64f>({{0x5C04}, {0x5C04}, {0x5C04}, {0x5C04}});
+    CheckMissingTiles<LXImageCMYKA>({0, 0, 0, 0, 255, {0, 0, 0}});
+    CheckMissingTiles<LXImageHSLA>({0, 0, 255, 255, {0, 0, 0}});
+    LXImageCMYKA inks(400, 200);
+    inks.Fill({0, 0, 0, 0, 255, {0, 0, 0}});
+    inks.GetTileRow(3)[1] = nullptr; // below the picture's first row of pairs, in its second pair
+    const QImage picture = ConvertImage<LXImageCMYKA, QImage>(inks);
+    EXPECT_EQ(picture.pixel(399, 127), 0xFFFFFFFFU);
+    EXPECT_EQ(picture.pixel(127, 199), 0xFFFFFFFFU);
+}
+
+/// Sweeps a conversion of a source that `make` makes.
+template <class Make, class Convert>
+unsigned int SweepConversion(Make make, Convert convert) {
+    return SweepExhaustion(
+        make, [&](const auto& source) { convert(source); },
+        [](const auto&, const ExhaustionOutcome& outcome) {
+            EXPECT_EQ(outcome.threw, outcome.handlerCalls == 1);
+            EXPECT_EQ(outcome.log.size(), outcome.threw ? 1 : 0);
+            EXPECT_EQ(outcome.log.join(QString()).contains(QStringLiteral("std::bad_alloc")),
+                      outcome.threw);
+            EXPECT_EQ(outcome.tilesAfter, outcome.tilesBefore);
+        });
 }
 
 TEST(Conversion, RunsOutOfTilesCleanly) {
-    const auto sweep = [](auto convert, unsigned int width, unsigned int height) {
-        return SweepExhaustion(
-            [=] { return RandomImage(width, height, 2); },
-            [&](const LXImageRGBA32i& image) { convert(image); },
-            [](const LXImageRGBA32i& image, const ExhaustionOutcome& outcome) {
-                EXPECT_EQ(outcome.threw, outcome.handlerCalls == 1);
-                EXPECT_EQ(outcome.log.size(), outcome.threw ? 1 : 0);
-                EXPECT_EQ(outcome.tilesAfter, outcome.tilesBefore);
-                EXPECT_EQ(outcome.log.join(QString()).contains(QStringLiteral("std::bad_alloc")),
-                          outcome.threw);
-                EXPECT_TRUE(SamePixels(image, RandomImage(image.GetWidth(), image.GetHeight(), 2)));
-            });
+    // Three tiles across; one high tile down is two low ones. While they are made, tiles of the
+    // uniform beginning are alive as well.
+    const auto source = [] { return RandomImage(300, 100, 2); };
+    const auto both = [&](auto forth, auto back) {
+        EXPECT_GE(SweepConversion(source, forth), 6u);
+        EXPECT_GE(SweepConversion([&] { return forth(source()); }, back), 3u);
     };
-    // Three tiles across, two low ones down: all six, and those of the uniform start that live on.
-    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageRGBA64i>, 300, 100), 6u);
-    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageRGBA64f>, 300, 100), 6u);
-    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageCMYKA>, 300, 100), 6u);
-    EXPECT_GE(sweep(ConvertImage<LXImageRGBA32i, LXImageHSLA>, 300, 100), 6u);
-    const auto back = [](const LXImageRGBA32i& image) {
-        const QImage picture = ConvertImage<LXImageRGBA32i, QImage>(image);
-        ConvertImage<QImage, LXImageRGBA32i>(picture);
-    };
-    EXPECT_GE(sweep(back, 300, 130), 6u);
+    both(ConvertImage<LXImageRGBA32i, LXImageRGBA64i>,
+         ConvertImage<LXImageRGBA64i, LXImageRGBA32i>);
+    both(ConvertImage<LXImageRGBA32i, LXImageRGBA64f>,
+         ConvertImage<LXImageRGBA64f, LXImageRGBA32i>);
+    both(ConvertImage<LXImageRGBA32i, LXImageCMYKA>, ConvertImage<LXImageCMYKA, LXImageRGBA32i>);
+    both(ConvertImage<LXImageRGBA32i, LXImageHSLA>, ConvertImage<LXImageHSLA, LXImageRGBA32i>);
+    const auto picture = [] { return RandomQImage(300, 200, 3); };
+    EXPECT_GE(SweepConversion(picture, ConvertImage<QImage, LXImageRGBA32i>), 6u);
+    const std::vector<unsigned char> bytes(300 * 200 * 3);
+    const auto raw = [&] { return RGB32iRawImage{200, 300, 3, bytes.data()}; };
+    EXPECT_GE(SweepConversion(raw, ConvertImage<RGB32iRawImage, LXImageRGBA32i>), 6u);
 }

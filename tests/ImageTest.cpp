@@ -337,63 +337,50 @@ TEST_F(TiledImage, WalkHandsOutEachPixelOnce) {
 
 // ---- running out of tiles -----------------------------------------------------------------------
 
-TEST(Exhaustion, ConstructionAndFill) {
-    EXPECT_EQ(SweepExhaustion([] { return 0; }, [](int&) { Image(300, 300); },
-                              [](int&, const ExhaustionOutcome& outcome) {
-                                  EXPECT_EQ(outcome.threw, outcome.freeTiles < 4);
-                                  EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
-                                  EXPECT_TRUE(outcome.log.isEmpty());
-                              }),
-              4u);
+TYPED_TEST(EveryFormat, RunsOutOfTilesCleanly) {
+    const auto old = Sample<typename TypeParam::Pixel>(1),
+               fresh = Sample<typename TypeParam::Pixel>(9);
+    const auto construct = [](unsigned int size) {
+        return SweepExhaustion([] { return 0; }, [=](int&) { TypeParam(size, size); },
+                               [](int&, const ExhaustionOutcome& outcome) {
+                                   EXPECT_EQ(outcome.threw, outcome.handlerCalls == 1);
+                                   EXPECT_EQ(outcome.tilesAfter, 0u);
+                                   EXPECT_TRUE(outcome.log.isEmpty());
+                               });
+    };
+    EXPECT_EQ(construct(300), 4u);
+    EXPECT_EQ(construct(50), 3u) << "the body is held to the end of the fill";
 
-    const auto red = [] {
-        Image image(300, 300);
-        image.Fill(Red);
+    const auto make = [&] {
+        TypeParam image(300, 300);
+        image.Fill(old);
         return image;
     };
-    const LXRGBA32i blue{255, 0, 0, 255};
-    // The old tiles go back as they are replaced, so fewer than four new ones need to be free.
-    const unsigned int needed = SweepExhaustion(
-        red, [&](Image& image) { image.Fill(blue); },
-        [&](const Image& image, const ExhaustionOutcome& outcome) {
-            EXPECT_EQ(outcome.threw, outcome.handlerCalls == 1);
-            const LXRGBA32i body = outcome.freeTiles == 0 ? Red : blue;
-            EXPECT_EQ(image.GetColor(0, 0), body);
-            if (!outcome.threw) {
-                EXPECT_EQ(image.GetColor(299, 299), blue);
-            }
-        });
-    EXPECT_GE(needed, 1u);
-    EXPECT_LE(needed, 4u);
-    EXPECT_EQ(SweepExhaustion(
-                  red, [&](Image& image) { image.FastFill(blue); },
-                  [&](const Image& image, const ExhaustionOutcome& outcome) {
-                      EXPECT_EQ(image.GetColor(299, 299), outcome.threw ? Red : blue);
-                  }),
-              1u);
-    EXPECT_EQ(SweepExhaustion(
-                  red, [&](Image& image) { image.MakeBorderTile(3, 4, Red, blue); },
-                  [&](const Image& image, const ExhaustionOutcome&) {
-                      EXPECT_EQ(image.GetColor(0, 0), Red);
-                  }),
+    const auto sweep = [&](auto operate, auto check) {
+        return SweepExhaustion(make, operate, check);
+    };
+    const auto allOrNothing = [&](const TypeParam& image, const ExhaustionOutcome& outcome) {
+        EXPECT_TRUE(Same(image.GetColor(0, 0), outcome.threw ? old : fresh));
+        EXPECT_EQ(outcome.threw, outcome.handlerCalls == 1);
+    };
+    // The first new tile replaces all old ones, and the edges then take theirs.
+    EXPECT_EQ(sweep([&](TypeParam& image) { image.Fill(fresh); }, allOrNothing), 1u);
+    EXPECT_EQ(sweep([&](TypeParam& image) { image.FastFill(fresh); }, allOrNothing), 1u);
+    EXPECT_EQ(sweep([&](TypeParam& image) { image.SetColor(0, 0, fresh); }, allOrNothing), 1u);
+    EXPECT_EQ(sweep([&](TypeParam& image) { image.MakeBorderTile(3, 4, fresh, fresh); },
+                    [&](const TypeParam& image, const ExhaustionOutcome&) {
+                        EXPECT_TRUE(Same(image.GetColor(0, 0), old));
+                    }),
               1u);
 }
 
-TEST(Exhaustion, Writes) {
+TEST(Exhaustion, LinesAndColumns) {
     const auto make = [] {
         Image image(500, 500);
         image.Fill(Red);
         return image;
     };
     std::vector<unsigned char> zeros(4 * 500, 0);
-    const LXRGBA32i zero{0, 0, 0, 0};
-    EXPECT_EQ(SweepExhaustion(
-                  make, [&](Image& image) { image.SetColor(3, 3, zero); },
-                  [&](const Image& image, const ExhaustionOutcome& outcome) {
-                      EXPECT_EQ(image.GetColor(3, 3), outcome.threw ? Red : zero);
-                      EXPECT_EQ(image.GetColor(4, 3), Red);
-                  }),
-              1u);
     // Four shared tiles along a line: those before the missing one are written.
     const auto written = [&](const ExhaustionOutcome& outcome, bool column) {
         return [&outcome, column](const Image& image) {

@@ -1,11 +1,7 @@
 #include "LXGamma.h"
 #include "LXHalfFloat.h"
-#include "LXPageFile.h"
 #include "core/Truncate.h"
 #include "support/ReferenceConversions.h"
-
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -176,20 +172,4 @@ TEST(Gamma, ClampPassesNaN) {
     EXPECT_EQ(Clamp(3, 0, 2), 2);
     EXPECT_EQ(Clamp(1, 0, 2), 1);
     EXPECT_TRUE(std::isnan(Clamp(std::nanf(""), 0, 2)));
-}
-
-TEST(PageFile, IsEmptiedAndMadeExactlyAsLong) {
-    const QTemporaryDir directory;
-    for (const auto extend : {ExtendsCommon, ExtendsFile}) {
-        const QString path = directory.filePath(QStringLiteral("page"));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray(5000, 'x'));
-        file.close();
-        extend(path, 3000);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        EXPECT_EQ(file.readAll(), QByteArray(3000, '\0'));
-        file.remove();
-        extend(directory.filePath(QStringLiteral("missing/page")), 10); // nothing is reported
-    }
 }

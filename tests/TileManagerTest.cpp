@@ -1,3 +1,4 @@
+#include "LXPageFile.h"
 #include "LXTileException.h"
 #include "RMTileManager64.h"
 #include "support/LogCapture.h"
@@ -125,6 +126,7 @@ TEST(TileManager, InstanceComesAndGoesOnce) {
 
 TEST(TileManager, SweepsPageFilesOnly) {
     const QTemporaryDir directory;
+    const bool wasSet = qEnvironmentVariableIsSet("TMPDIR");
     const QByteArray previous = qgetenv("TMPDIR");
     qputenv("TMPDIR", QFile::encodeName(directory.path()));
     const auto make = [&](const char* name) {
@@ -138,7 +140,7 @@ TEST(TileManager, SweepsPageFilesOnly) {
     make("other.page");
     make("fenvora-directory.page/fenvora2.page");
     RMTileManager64::CleanupPageFiles();
-    qputenv("TMPDIR", previous);
+    wasSet ? qputenv("TMPDIR", previous) : qunsetenv("TMPDIR");
     EXPECT_EQ(QDir(directory.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
               QStringList({QStringLiteral("fenvora-directory.page"),
                            QStringLiteral("fenvora1.page.txt"), QStringLiteral("other.page")}));
@@ -152,4 +154,20 @@ TEST(TileManager, FaultVocabularyHasItsTexts) {
     EXPECT_STREQ(LXTMInvalidBlock().what(), "Invalid tile pointer.");
     EXPECT_STREQ(LXTMAlreadyFree().what(), "Tile already free.");
     EXPECT_STREQ(LXTMSwapFileError().what(), "Can't create swap file.");
+}
+
+TEST(PageFile, IsEmptiedAndMadeExactlyAsLong) {
+    const QTemporaryDir directory;
+    for (const auto extend : {ExtendsCommon, ExtendsFile}) {
+        const QString path = directory.filePath(QStringLiteral("page"));
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(5000, 'x'));
+        file.close();
+        extend(path, 3000);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), QByteArray(3000, '\0'));
+        file.remove();
+        extend(directory.filePath(QStringLiteral("missing/page")), 10); // nothing is reported
+    }
 }

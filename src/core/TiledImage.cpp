@@ -140,7 +140,8 @@ void LXImage<Pixel, TileWidth, TileHeight>::Fill(const Pixel& colour) {
     const unsigned int edgeHeight = m_height % TileHeight;
     const auto lastRow = m_blocks.end() - m_tilesX;
 
-    FastFill(colour);
+    const Slot body = MakeBorderTile(TileWidth, TileHeight, colour, colour);
+    std::fill(m_blocks.begin(), m_blocks.end(), body);
     if (edgeWidth != 0) {
         const Slot edge = MakeBorderTile(edgeWidth, TileHeight, colour, Pixel{});
         for (std::size_t i = m_tilesX - 1; i < m_blocks.size(); i += m_tilesX)

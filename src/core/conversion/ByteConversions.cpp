@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <stdexcept>
 #include <vector>
 
 /// Conversions that move bytes and compute nothing.
@@ -38,6 +39,13 @@ private:
     std::vector<unsigned int> m_bytes;
 };
 
+/// The bytes of a line that belong to the picture. A QImage that shows a part of a larger one has
+/// lines farther apart than that, and nothing behind the last.
+unsigned int LineBytes(const QImage& image) {
+    const qint64 own = (qint64(image.width()) * image.depth() + 31) / 32 * 4;
+    return unsigned(std::min<qint64>(own, image.bytesPerLine()));
+}
+
 } // namespace
 
 // The picture is read through in the order of its memory, and written piece by piece: here by
@@ -67,7 +75,7 @@ LXImageRGBA32i LXConversions::FromQImage(const QImage& source) {
     for (unsigned int row = 0; row < target.GetTilesY(); ++row) {
         const unsigned int first = row * tileHeight;
         const unsigned int rows = std::min(target.GetHeight() - first, tileHeight);
-        TileRowWriter tiles(target, row, rows, unsigned(source.bytesPerLine()));
+        TileRowWriter tiles(target, row, rows, LineBytes(source));
         for (unsigned int y = 0; y < rows; ++y)
             tiles.Write(y, source.constScanLine(int(first + y)), copy);
     }
@@ -75,10 +83,14 @@ LXImageRGBA32i LXConversions::FromQImage(const QImage& source) {
 }
 
 LXImageRGBA32i LXConversions::FromRaw(const RGB32iRawImage& source) {
+    if (source.width != 0 && source.height != 0 && (!source.data || source.bytesPerPixel < 3))
+        throw std::invalid_argument("ConvertImage: raw picture without data");
     LXImageRGBA32i target(source.width, source.height);
     const std::size_t step = source.bytesPerPixel;
     LXForTiles<LXImageRGBA32i>(LXImageRect(target), [&](const LXTileSpan& span) {
-        const LXTileWriter tile(target.GetTileRow(span.row)[span.column]);
+        const bool whole = span.local.size() == QSize(128, 128);
+        const LXTileWriter tile(target.GetTileRow(span.row)[span.column],
+                                whole ? LXTileContent::Discard : LXTileContent::Keep);
         for (int y = 0; y < span.local.height(); ++y) {
             const std::size_t first =
                 std::size_t(span.position.y() + y) * source.width + std::size_t(span.position.x());

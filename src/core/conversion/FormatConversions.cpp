@@ -1,8 +1,9 @@
 #include "core/conversion/Conversions.h"
 
 #include "LXTileAccess.h"
-#include "LXTileWalk.h"
 #include "core/conversion/Rows.h"
+
+#include <algorithm>
 
 /// Conversions between the working format, whose tiles are 128 rows high, and the formats with 8
 /// bytes a pixel, whose tiles are 64 rows high: a high tile stands for two low ones, and only the
@@ -33,25 +34,35 @@ Low ConvertToLow(const LXImageRGBA32i& source,
     return target;
 }
 
+/// Calls `visit(tile column, high tile row, first low tile, second low tile)` for all pairs of low
+/// tiles; the second has null pixels where the image ends in the first. A missing tile ends the
+/// walk.
+template <class Low, class Visit>
+void ForLowPairs(const Low& source, Visit visit) {
+    for (unsigned int low = 0; low < source.GetTilesY(); low += 2) {
+        const auto firstRow = source.GetTileRow(low), secondRow = source.GetTileRow(low + 1);
+        for (unsigned int column = 0; column < source.GetTilesX(); ++column) {
+            const LXTileReader first(firstRow[column]);
+            const LXTileReader second(secondRow ? secondRow[column].constData() : nullptr);
+            if (!first.Pixels() || (secondRow && !second.Pixels()))
+                return;
+            visit(column, low / 2, first, second);
+        }
+    }
+}
+
 template <class Low>
 LXImageRGBA32i ConvertFromLow(const Low& source, void (*convert)(const typename Low::Pixel*,
                                                                  LXRGBA32i*, unsigned int)) {
     LXImageRGBA32i target(source.GetWidth(), source.GetHeight());
-    for (unsigned int row = 0; row < target.GetTilesY(); ++row) {
-        const auto firstRow = source.GetTileRow(2 * row),
-                   secondRow = source.GetTileRow(2 * row + 1);
-        for (unsigned int column = 0; column < target.GetTilesX(); ++column) {
-            const LXTileReader first(firstRow[column]);
-            const LXTileReader second(secondRow ? secondRow[column].constData() : nullptr);
-            if (!first.Pixels() || (secondRow && !second.Pixels()))
-                return target;
+    ForLowPairs(
+        source, [&](unsigned int column, unsigned int row, const auto& first, const auto& second) {
             const LXTileWriter high(target.GetTileRow(row)[column],
-                                    secondRow ? LXTileContent::Discard : LXTileContent::Keep);
+                                    second.Pixels() ? LXTileContent::Discard : LXTileContent::Keep);
             convert(first.Pixels(), high.Pixels(), HalfTile);
             if (second.Pixels())
                 convert(second.Pixels(), high.Pixels() + HalfTile, HalfTile);
-        }
-    }
+        });
     return target;
 }
 
@@ -91,15 +102,19 @@ LXImageRGBA32i LXConversions::FromHSL(const LXImageHSLA& source) {
 
 // Limited to the picture: a QImage has no padding to hold the rest of an edge tile.
 QImage LXConversions::CMYKToQImage(const LXImageCMYKA& source) {
+    constexpr unsigned int tileWidth = LXImageCMYKA::TileWidth;
+    constexpr unsigned int lowHeight = LXImageCMYKA::TileHeight, highHeight = 2 * lowHeight;
     QImage target = MakeQImage(source);
-    LXForTiles<LXImageCMYKA>(LXImageRect(source), [&](const LXTileSpan& span) {
-        const LXTileReader tile(source.GetTileRow(span.row)[span.column]);
-        for (int y = 0; tile.Pixels() && y < span.local.height(); ++y) {
-            void* const line = target.scanLine(span.position.y() + y);
-            LXRows::FromCMYK(tile.Row(unsigned(y)),
-                             static_cast<LXRGBA32i*>(line) + span.position.x(),
-                             unsigned(span.local.width()));
-        }
-    });
+    ForLowPairs(source,
+                [&](unsigned int column, unsigned int row, const auto& first, const auto& second) {
+                    const unsigned int left = column * tileWidth, top = row * highHeight;
+                    const unsigned int columns = std::min(source.GetWidth() - left, tileWidth);
+                    const unsigned int rows = std::min(source.GetHeight() - top, highHeight);
+                    for (unsigned int y = 0; y < rows; ++y) {
+                        void* const line = target.scanLine(int(top + y));
+                        LXRows::FromCMYK(y < lowHeight ? first.Row(y) : second.Row(y - lowHeight),
+                                         static_cast<LXRGBA32i*>(line) + left, columns);
+                    }
+                });
     return target;
 }
