@@ -2,7 +2,7 @@
 
 #include "LXFault.h"
 #include "LXFileIOManager.h"
-#include "core/TileLocker.h"
+#include "core/MutexLocker.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -80,7 +80,7 @@ void RMTileManager64::AllocateTileDescriptors() {
 }
 
 RMTileManager64::TileData* RMTileManager64::MakeTile() {
-    const TileLocker lock(m_tileLock);
+    const MutexLocker lock(m_tileLock);
     if (m_tilesInUse < m_handleCount)
         return AllocTile();
     ReportExhaustion();
@@ -88,7 +88,7 @@ RMTileManager64::TileData* RMTileManager64::MakeTile() {
 }
 
 QList<void*> RMTileManager64::MakeTiles(unsigned int n) {
-    const TileLocker lock(m_tileLock);
+    const MutexLocker lock(m_tileLock);
     // Equality fails too, on purpose: one tile always stays behind.
     if (quint64(m_freeList.size()) <= n) {
         ReportExhaustion();
@@ -112,7 +112,7 @@ RMTileManager64::TileData* RMTileManager64::AllocTile() {
 }
 
 void RMTileManager64::Release(TileData* tile) {
-    const TileLocker lock(m_tileLock);
+    const MutexLocker lock(m_tileLock);
     m_freeList.prepend(tile);
     --m_tilesInUse;
     m_exhaustionReported = false;
@@ -139,7 +139,7 @@ void RMTileManager64::SetExceptionHandler(ExceptionHandler handler, void* contex
 }
 
 unsigned int RMTileManager64::GetAvailableCount() const {
-    const TileLocker lock(m_tileLock);
+    const MutexLocker lock(m_tileLock);
     return unsigned(m_freeList.size());
 }
 

@@ -10,22 +10,22 @@
 ///
 /// The contended path of QMutex runs inside Qt, which is not built for ThreadSanitizer, so that
 /// tool would not see who hands the lock to whom; here it is told.
-class TileLocker {
+class MutexLocker {
 public:
-    explicit TileLocker(QMutex& mutex) : m_mutex(mutex) {
+    explicit MutexLocker(QMutex& mutex) : m_mutex(mutex) {
         m_mutex.lock();
 #if defined(__SANITIZE_THREAD__)
         __tsan_acquire(&m_mutex);
 #endif
     }
-    ~TileLocker() {
+    ~MutexLocker() {
 #if defined(__SANITIZE_THREAD__)
         __tsan_release(&m_mutex);
 #endif
         m_mutex.unlock();
     }
-    TileLocker(const TileLocker&) = delete;
-    TileLocker& operator=(const TileLocker&) = delete;
+    MutexLocker(const MutexLocker&) = delete;
+    MutexLocker& operator=(const MutexLocker&) = delete;
 
 private:
     QMutex& m_mutex;

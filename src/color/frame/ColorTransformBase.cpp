@@ -1,0 +1,3 @@
+#include "LXColorTransformBase.h"
+
+LXColorTransformBase::~LXColorTransformBase() = default;

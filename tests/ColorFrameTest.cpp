@@ -1,0 +1,448 @@
+#include "LXChannelTransforms.h"
+#include "LXColorTransformStack.h"
+#include "LXConvertImage.h"
+#include "LXTransformImageColors.h"
+#include "support/ExhaustionSweep.h"
+#include "support/Pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Image = LXImageRGBA32i;
+
+/// Notes each call, and counts those of its kind that are alive.
+class Recorder : public LXColorTransformBase {
+public:
+    Recorder(char name, std::string& calls) : m_name(name), m_calls(calls) { ++alive; }
+    ~Recorder() override { --alive; }
+
+    void operator()(LXRGBA32i&) const override { Note("i32"); }
+    void operator()(LXRGBA64i&) const override { Note("i64"); }
+    void operator()(LXRGBA64f&) const override { Note("f64"); }
+    void operator()(LXRGBA128i&) const override { Note("i128"); }
+    void operator()(LXRGBA128f&) const override { Note("f128"); }
+    void operator()(LXHSLA&) const override { Note("hsl"); }
+    void operator()(QImage&) const override { Note("qimage"); }
+    void operator()(Image&) const override { Note("image"); }
+    void Invert(LXRGBA32i&) const override { Note("-i32"); }
+    void Invert(LXRGBA64i&) const override { Note("-i64"); }
+    void Invert(LXRGBA64f&) const override { Note("-f64"); }
+    void Invert(LXRGBA128i&) const override { Note("-i128"); }
+    void Invert(LXRGBA128f&) const override { Note("-f128"); }
+    void Invert(QImage&) const override { Note("-qimage"); }
+    void Invert(Image&) const override { Note("-image"); }
+    void operator()(void* p, unsigned int size) const override { Note(Buffer("", p, size)); }
+    void Invert(void* p, unsigned int size) const override { Note(Buffer("-", p, size)); }
+
+    static int alive;
+
+private:
+    void Note(const std::string& call) const { m_calls += m_name + call + ' '; }
+    static std::string Buffer(const char* sign, void* p, unsigned int size) {
+        return sign + std::string(p ? "buffer" : "null") + std::to_string(size);
+    }
+
+    char m_name;
+    std::string& m_calls;
+};
+
+int Recorder::alive = 0;
+
+/// x -> factor * x + 1 on blue: two of them do not commute.
+class Affine : public LXColorTransformBase {
+public:
+    using LXColorTransformBase::operator();
+    using LXColorTransformBase::Invert;
+    explicit Affine(int factor) : m_factor(factor) {}
+    void operator()(LXRGBA32i& p) const override {
+        p.blue = static_cast<std::uint8_t>(p.blue * m_factor + 1);
+    }
+    void operator()(void*, unsigned int) const override {}
+    void Invert(void*, unsigned int) const override {}
+
+private:
+    int m_factor;
+};
+
+LXRGBA32i Of(unsigned int word) {
+    LXRGBA32i pixel;
+    std::memcpy(static_cast<void*>(&pixel), &word, 4);
+    return pixel;
+}
+
+unsigned int WordAt(const Image& image, int x, int y) {
+    const LXRGBA32i pixel = image.GetColor(x, y);
+    unsigned int word;
+    std::memcpy(&word, &pixel, 4);
+    return word;
+}
+
+} // namespace
+
+TEST(ColorTransformStack, AppliesInOrderAndInvertsBackwards) {
+    const TestPool pool;
+    std::string calls;
+    LXColorTransformStack stack;
+    stack.Push(new Recorder('A', calls));
+    stack.Push(nullptr);
+    stack.Push(new Recorder('B', calls));
+    const auto both = [&](auto subject, const std::string& name) {
+        calls.clear();
+        stack(subject);
+        EXPECT_EQ(calls, "A" + name + " B" + name + " ");
+        if constexpr (!std::is_same_v<decltype(subject), LXHSLA>) {
+            calls.clear();
+            stack.Invert(subject);
+            EXPECT_EQ(calls, "B-" + name + " A-" + name + " ");
+        }
+    };
+    both(LXRGBA64i{}, "i64");
+    both(LXRGBA64f{}, "f64");
+    both(LXRGBA128i{}, "i128");
+    both(LXRGBA128f{}, "f128");
+    both(LXHSLA{}, "hsl");
+    both(QImage(3, 3, QImage::Format_ARGB32), "qimage");
+    calls.clear();
+    LXRGBA32i pixel{};
+    stack.Invert(pixel);
+    stack(&pixel, 4);
+    stack.Invert(&pixel, 5);
+    EXPECT_EQ(calls, "B-i32 A-i32 Abuffer4 Bbuffer4 B-buffer5 A-buffer5 ");
+}
+
+TEST(ColorTransformStack, TakesATileThroughTheChainAtOnce) {
+    TestPool pool;
+    std::string calls;
+    LXColorTransformStack stack;
+    stack.Push(new Recorder('A', calls));
+    stack.Push(new Recorder('B', calls));
+    Image image(200, 100), shared(image);
+    image.GetTileRow(0)[1] = nullptr;
+    const unsigned int before = pool.InUse();
+    stack(image);
+    EXPECT_EQ(calls, "Abuffer16384 Bbuffer16384 Anull16384 Bnull16384 ");
+    EXPECT_EQ(pool.InUse(), before + 1) << "shared tiles are detached";
+    calls.clear();
+    stack.Invert(image);
+    EXPECT_EQ(calls, "B-buffer16384 A-buffer16384 B-null16384 A-null16384 ");
+
+    // A transform that takes the size for bytes treats a quarter of each tile.
+    LXColorTransformStack gray;
+    gray.Push(new LXTCGrayscaleFromRGBA32iAlpha);
+    Image picture(128, 128);
+    picture.Fill({1, 2, 3, 0x80});
+    gray(picture);
+    EXPECT_EQ(WordAt(picture, 127, 31), 0xFF808080U);
+    EXPECT_EQ(WordAt(picture, 0, 32), 0x80030201U);
+}
+
+TEST(ColorTransformStack, OwnsItsElementsButForPopAll) {
+    std::string calls;
+    auto* const kept = new Recorder('A', calls);
+    auto* const popped = new Recorder('B', calls);
+    {
+        LXColorTransformStack stack;
+        EXPECT_TRUE(stack.isEmpty());
+        LXRGBA32i pixel = Of(0x12345678);
+        stack(pixel);
+        EXPECT_EQ(pixel, Of(0x12345678));
+        stack.Push(kept);
+        stack.Push(popped);
+        EXPECT_EQ(stack.Top(), popped);
+        EXPECT_EQ(stack.Pop(), popped);
+        EXPECT_EQ(stack.Top(), kept);
+        stack.Push(popped);
+        stack.PopAll();
+        EXPECT_TRUE(stack.isEmpty());
+        EXPECT_EQ(Recorder::alive, 2);
+        stack.Push(kept);
+    }
+    EXPECT_EQ(Recorder::alive, 1) << "the destructor deletes what is left";
+    delete popped;
+}
+
+TEST(ColorTransformStack, OrderShowsInThePixel) {
+    LXColorTransformStack stack;
+    stack.Push(new Affine(3));
+    stack.Push(new Affine(2));
+    LXRGBA32i pixel{10, 0, 0, 0};
+    stack(pixel);
+    EXPECT_EQ(pixel.blue, (10 * 3 + 1) * 2 + 1);
+}
+
+TEST(ChannelTransforms, FilterChannels) {
+    const unsigned int word = 0x12345678;
+    const unsigned int expected[] = {0x12345678, 0x12345600, 0x12340078, 0x12005678,
+                                     0x12343434, 0x12565656, 0x12787878, 0x12345678};
+    for (int value = 0; value < 8; ++value) {
+        TestPool pool;
+        LXRGBChannelFilter filter;
+        filter.SetChannelFilter(static_cast<LXRGBChannelFilter::RGBFilter>(value));
+        const LXRGBChannelFilter copy(filter);
+        EXPECT_EQ(copy.GetChannelFilter(), value);
+        LXRGBA32i pixel = Of(word);
+        copy(pixel);
+        EXPECT_EQ(pixel, Of(expected[value]));
+
+        Image image(300, 100);
+        image.Fill(Of(word));
+        const Image before(image);
+        const unsigned int tiles = pool.InUse();
+        copy(image);
+        EXPECT_EQ(WordAt(image, 299, 99), expected[value]);
+        EXPECT_EQ(WordAt(before, 299, 99), word);
+        EXPECT_EQ(pool.InUse(), value == 0 ? tiles : tiles + 3);
+
+        QImage picture(5, 3, QImage::Format_ARGB32_Premultiplied);
+        picture.fill(word);
+        copy(picture);
+        EXPECT_EQ(*reinterpret_cast<const unsigned int*>(picture.constScanLine(2) + 16),
+                  expected[value]);
+        EXPECT_EQ(picture.format(), QImage::Format_ARGB32_Premultiplied) << "bytes are bytes";
+
+        LXRGBA32i row[3] = {Of(word), Of(word), Of(word)};
+        copy(row, 11); // two pixels and some bytes
+        copy(nullptr, 16);
+        copy.Invert(row, 12);
+        EXPECT_EQ(row[1], Of(expected[value]));
+        EXPECT_EQ(row[2], Of(word));
+    }
+}
+
+TEST(ChannelTransforms, ShowAlphaButNotOfOnePixel) {
+    const TestPool pool;
+    const LXTCGrayscaleFromRGBA32iAlpha show;
+    for (unsigned int alpha = 0; alpha < 256; ++alpha) {
+        unsigned int word = alpha << 24 | 0x123456;
+        show(word);
+        ASSERT_EQ(word, 0xFF000000U | alpha * 0x10101);
+    }
+    LXRGBA32i pixel = Of(0x80123456);
+    show(pixel);
+    EXPECT_EQ(pixel, Of(0x80123456));
+    Image image(130, 130);
+    image.Fill(Of(0x80123456));
+    show(image);
+    EXPECT_EQ(WordAt(image, 129, 129), 0xFF808080U);
+    const LXTileReader corner(image.GetTileRow(1)[1]);
+    EXPECT_EQ(corner.Row(127)[127], Of(0xFF000000U)) << "whole tiles";
+    QImage picture(4, 4, QImage::Format_ARGB32);
+    picture.fill(0x40FFFFFF);
+    show(picture);
+    EXPECT_EQ(picture.pixel(3, 3), 0xFF404040U);
+    show(nullptr, 64);
+    show.Invert(&pixel, 4);
+    EXPECT_EQ(pixel, Of(0x80123456));
+}
+
+TEST(ToGrayScale, WeighsChannels) {
+    const TestPool pool;
+    Image image = RandomImage(200, 150, 3);
+    const Image before(image);
+    LXToGrayScaleImage()(image);
+    for (int y = 0; y < 150; ++y)
+        for (int x = 0; x < 200; ++x) {
+            const LXRGBA32i p = before.GetColor(x, y);
+            const auto gray = std::uint8_t((5 * p.blue + 16 * p.green + 11 * p.red) / 32);
+            ASSERT_EQ(image.GetColor(x, y), (LXRGBA32i{gray, gray, gray, p.alpha}))
+                << x << " " << y;
+        }
+    Image padded(10, 10);
+    padded.FastFill(Of(0xFF0000FF));
+    LXToGrayScaleImage()(padded);
+    const LXTileReader tile(padded.GetTileRow(0)[0]);
+    EXPECT_EQ(tile.Row(9)[9], Of(0xFF272727));
+    EXPECT_EQ(tile.Row(9)[10], Of(0xFF0000FF)) << "what lies outside stays";
+
+    QImage premultiplied(3, 3, QImage::Format_ARGB32_Premultiplied);
+    premultiplied.fill(0x80404040U);
+    LXToGrayScaleImage()(premultiplied);
+    EXPECT_EQ(premultiplied.format(), QImage::Format_ARGB32);
+    EXPECT_EQ(premultiplied.pixel(1, 1), 0x807F7F7FU);
+    QImage empty;
+    LXToGrayScaleImage()(empty);
+    EXPECT_TRUE(empty.isNull());
+}
+
+// ---- walks --------------------------------------------------------------------------------------
+
+namespace {
+
+/// Adds one to blue: a pixel that is visited twice shows it.
+struct Step {
+    void operator()(LXRGBA32i& pixel) const { ++pixel.blue; }
+};
+
+/// The same by runs only.
+struct Runs {
+    void operator()(LXRGBA32i&) const { FAIL() << "runs were offered"; }
+    void TransformRun(LXRGBA32i* pixels, unsigned int count) const {
+        for (unsigned int i = 0; i < count; ++i)
+            ++pixels[i].blue;
+    }
+};
+
+QRect RandomRect(RandomPixels& random) {
+    const auto coordinate = [&] { return int(random.Below(400)) - 50; };
+    return {QPoint(coordinate(), coordinate()), QPoint(coordinate(), coordinate())};
+}
+
+} // namespace
+
+template <class Transform>
+class ImageWalks : public testing::Test {};
+using Transforms = testing::Types<Step, Runs>;
+TYPED_TEST_SUITE(ImageWalks, Transforms);
+
+TYPED_TEST(ImageWalks, TreatExactlyThePixelsOfTheRectangle) {
+    const TestPool pool;
+    RandomPixels random(6);
+    const Image before = RandomImage(290, 270, 4);
+    const QImage beforePicture = ConvertImage<Image, QImage>(before);
+    for (int round = 0; round < 30; ++round) {
+        const QRect rect = round == 0 ? QRect() : RandomRect(random);
+        const QRect inside = rect & QRect(0, 0, 290, 270);
+        Image image(before);
+        EXPECT_TRUE((LXTransformImageColors<Image, TypeParam>()(image, rect, TypeParam())));
+        QImage picture = beforePicture;
+        EXPECT_TRUE((LXTransformImageColors<QImage, TypeParam>()(picture, rect, TypeParam())));
+        for (int y = 0; y < 270; ++y)
+            for (int x = 0; x < 290; ++x) {
+                LXRGBA32i expected = before.GetColor(x, y);
+                expected.blue = std::uint8_t(expected.blue + inside.contains(x, y));
+                ASSERT_EQ(image.GetColor(x, y), expected) << x << " " << y << " round " << round;
+                ASSERT_EQ(Of(picture.pixel(x, y)), expected) << x << " " << y << " round " << round;
+            }
+    }
+}
+
+TEST(ImageWalk, ConvertsAPictureOnlyIfItHasWork) {
+    QImage picture(10, 10, QImage::Format_RGB32);
+    picture.fill(0xFF102030U);
+    EXPECT_TRUE((LXTransformImageColors<QImage, Step>()(picture, QRect(20, 20, 5, 5), Step())));
+    EXPECT_EQ(picture.format(), QImage::Format_RGB32);
+    EXPECT_TRUE((LXTransformImageColors<QImage, Step>()(picture, QRect(9, 9, 5, 5), Step())));
+    EXPECT_EQ(picture.format(), QImage::Format_ARGB32);
+    EXPECT_EQ(picture.pixel(9, 9), 0xFF102031U);
+    EXPECT_EQ(picture.pixel(8, 9), 0xFF102030U);
+}
+
+TEST(ImageWalk, LeavesTilesOutsideShared) {
+    TestPool pool;
+    Image image(600, 600);
+    const unsigned int before = pool.InUse();
+    LXTransformImageColors<Image, Step>()(image, QRect(127, 127, 2, 2), Step());
+    EXPECT_EQ(pool.InUse(), before + 4);
+}
+
+TEST(ImageWalk, PassesOnWhatATransformThrows) {
+    const TestPool pool;
+    struct Thrower {
+        void operator()(LXRGBA32i&) const { throw std::runtime_error("no"); }
+    };
+    Image image(10, 10);
+    const LogCapture log;
+    EXPECT_THROW((LXTransformImageColors<Image, Thrower>()(image, QRect(0, 0, 9, 9), Thrower())),
+                 std::runtime_error);
+    EXPECT_TRUE(LogCapture::Lines().isEmpty());
+}
+
+TEST(ImageWalk, RunsOutOfTilesCleanly) {
+    using Shared = std::pair<Image, const Image>;
+    const auto make = [] {
+        const Image image(300, 200);
+        return Shared(image, image);
+    };
+    LXColorTransformStack stack;
+    stack.Push(new LXRGBChannelFilter(LXRGBChannelFilter::BlueAsGray));
+    const std::function<void(Image&)> walks[] = {
+        [](Image& image) {
+            LXTransformImageColors<Image, Step>()(image, LXImageRect(image), Step());
+        },
+        [](Image& image) { LXTCGrayscaleFromRGBA32iAlpha()(image); },
+        [](Image& image) { LXToGrayScaleImage()(image); }, [&](Image& image) { stack(image); }};
+    for (const auto& walk : walks) {
+        EXPECT_EQ(SweepExhaustion(
+                      make, [&](Shared& images) { walk(images.first); },
+                      [](const Shared& images, const ExhaustionOutcome& outcome) {
+                          EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
+                          for (unsigned int i = 0; i < 6; ++i) {
+                              const auto own = [&](const Image& image) {
+                                  return image.GetTileRow(i / 3)[i % 3].constData();
+                              };
+                              EXPECT_EQ(own(images.first) != own(images.second),
+                                        i < outcome.freeTiles);
+                          }
+                      }),
+                  6u);
+    }
+    // What a walk finished before the pool ran dry stays done; the stack is free again.
+    EXPECT_FALSE(stack.isEmpty());
+}
+
+TEST(ImageVisit, ShowsEachPixelOnceWithItsPlace) {
+    const TestPool pool;
+    RandomPixels random(9);
+    const Image image = RandomImage(290, 270, 5);
+    const QImage picture = ConvertImage<Image, QImage>(image);
+    for (int round = 0; round < 30; ++round) {
+        const QRect rect = RandomRect(random);
+        const QRect inside = rect & QRect(0, 0, 290, 270);
+        int count = 0;
+        const auto check = [&](const LXRGBA32i& pixel, int x, int y) {
+            EXPECT_EQ(pixel, image.GetColor(x, y));
+            EXPECT_TRUE(inside.contains(x, y));
+            ++count;
+        };
+        EXPECT_TRUE((LXVisitImagePixel<Image, decltype(check)>()(image, rect, check)));
+        EXPECT_EQ(count, inside.width() * inside.height());
+        EXPECT_TRUE((LXVisitImagePixel<QImage, decltype(check)>()(picture, rect, check)));
+        EXPECT_EQ(count, 2 * inside.width() * inside.height());
+        const auto tally = [&](const LXRGBA32i&) { --count; };
+        EXPECT_TRUE((LXVisitImageColors<Image, decltype(tally)>()(image, rect, tally)));
+        EXPECT_TRUE((LXVisitImageColors<QImage, decltype(tally)>()(picture, rect, tally)));
+        EXPECT_EQ(count, 0);
+    }
+}
+
+TEST(ImageVisit, ReadsAndDetachesNothing) {
+    TestPool pool;
+    Image image(300, 300);
+    image.GetTileRow(0)[1] = nullptr;
+    const unsigned int before = pool.InUse();
+    int count = 0;
+    const auto tally = [&](const LXRGBA32i&) { ++count; };
+    EXPECT_TRUE((LXVisitImageColors<Image, decltype(tally)>()(image, LXImageRect(image), tally)));
+    EXPECT_EQ(count, 300 * 300 - 128 * 128) << "a missing tile is passed over";
+    EXPECT_EQ(pool.InUse(), before);
+    QImage premultiplied(1, 1, QImage::Format_ARGB32_Premultiplied);
+    premultiplied.fill(0x80404040U);
+    const auto look = [](const LXRGBA32i& pixel) { EXPECT_EQ(pixel.red, 0x7F); };
+    LXVisitImageColors<QImage, decltype(look)>()(premultiplied, premultiplied.rect(), look);
+    EXPECT_EQ(premultiplied.format(), QImage::Format_ARGB32_Premultiplied);
+}
+
+TEST(ImageVisit, EndsStandardExceptionsOnTiles) {
+    const TestPool pool;
+    const Image image(10, 10);
+    const LogCapture log;
+    const auto standard = [](const LXRGBA32i&) { throw std::runtime_error("seen enough"); };
+    EXPECT_FALSE(
+        (LXVisitImageColors<Image, decltype(standard)>()(image, LXImageRect(image), standard)));
+    const auto other = [](const LXRGBA32i&, int, int) { throw 7; };
+    EXPECT_THROW((LXVisitImagePixel<Image, decltype(other)>()(image, LXImageRect(image), other)),
+                 int);
+    ASSERT_EQ(LogCapture::Lines().size(), 2);
+    EXPECT_TRUE(LogCapture::Lines()[0].endsWith(
+        QStringLiteral("Unexpected exception: line=851, file=\"include/LXTransformImageColors.h\". "
+                       "Exception content:\"seen enough\"")));
+    EXPECT_TRUE(LogCapture::Lines()[1].endsWith(QStringLiteral(
+        "Unexpected unknown exception: line=851, file=\"include/LXTransformImageColors.h\"")));
+}
