@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in info convert scene; do
+for command in info convert blend scene; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in info convert scene; do
+for command in info convert blend scene; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -257,6 +257,50 @@ done
 check "upright picture" exits 0 convert exif.jpg exif.ppm
 check "upright picture from TIFF" exits 0 convert exif2.tiff exif2.ppm
 check "EXIF does not touch the pixels of TIFF" cmp -s exif.ppm exif2.ppm
+
+# --- blend ---------------------------------------------------------------------------------------
+
+"$tool" scene --size 200x160 base.png
+"$tool" scene --picture sweep --size 100x80 top.png
+"$tool" convert top.png opaque.bmp
+blended() { # file, arguments before the pictures
+    local out=$1
+    shift
+    exits 0 blend "$@" base.png top.png "$out"
+}
+same_pixels() { # files, in whatever format
+    "$tool" convert --format ppm "$1" - >one.ppm && "$tool" convert --format ppm "$2" - >two.ppm &&
+        cmp -s one.ppm two.ppm
+}
+check "blend" blended over.png
+check "blend by name and by number" blended by_name.png --mode multiply
+check "blend by number" blended by_number.png --mode 13
+check "both are the same" cmp -s by_name.png by_number.png
+check "modes differ" differ by_name.png over.png
+check "an unknown number is SourceOver" blended unknown.png --mode 4
+check "an unknown number is SourceOver: pixels" cmp -s unknown.png over.png
+check "opacity 0" blended transparent.png --opacity 0
+check "opacity 0 leaves the picture" same_pixels transparent.png base.png
+check "beyond the picture" blended beyond.png --at 200,0
+check "beyond the picture nothing changes" same_pixels beyond.png base.png
+check "negative position" blended negative.png --at=-30,-20
+check "negative position: pixels" differ negative.png over.png
+check "lock" blended locked.png --lock-alpha
+check "lock: pixels" differ locked.png over.png
+check "opaque on top" exits 0 blend opaque.bmp opaque.bmp covered.bmp
+check "opaque on top covers" cmp -s covered.bmp opaque.bmp
+"$tool" scene --picture sweep --size 40x30 mask.png
+check "mask" blended masked.png --mask mask.png
+check "mask: pixels" differ masked.png over.png
+check "mask and beyond" blended outside.png --mask mask.png --outside
+check "mask and beyond: pixels" differ outside.png masked.png
+for arguments in "--mode nonsense" "--opacity 2" "--opacity x" "--at 5" "--outside"; do
+    # shellcheck disable=SC2086
+    check "blend $arguments" exits 2 blend $arguments base.png top.png none.png
+done
+check "blend with a missing mask" exits 1 blend --mask missing.png base.png top.png none.png
+check "blend with two files" exits 2 blend base.png top.png
+check "no output of what failed" absent none.png
 
 # --- interruption --------------------------------------------------------------------------------
 

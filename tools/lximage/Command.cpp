@@ -8,7 +8,8 @@ const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
         {"info", "[options] FILE...", "Show what is known about pictures", RunInfo},
         {"convert", "[options] IN OUT", "Convert the file format or the pixel format", RunConvert},
-        {"scene", "[options] OUT", "Paint the demo picture", RunScene},
+        {"blend", "[options] BASE TOP OUT", "Lay one picture on another", RunBlend},
+        {"scene", "[options] OUT", "Paint a picture to try things on", RunScene},
     };
     return commands;
 }

@@ -4,27 +4,44 @@
 #include "LXConvertImage.h"
 #include "Picture.h"
 #include "Progress.h"
+#include "SweepPicture.h"
+#include "Values.h"
 
-#include <QtCore/QRegularExpression>
+namespace {
 
-static QSize ParseSize(const QString& text) {
-    constexpr int Longest = 16384;
-    static const QRegularExpression pattern(
-        QStringLiteral("^([1-9][0-9]{0,4})x([1-9][0-9]{0,4})$"));
-    const QRegularExpressionMatch match = pattern.match(text);
-    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
-    if (size.isEmpty() || size.width() > Longest || size.height() > Longest)
-        throw UsageError{QStringLiteral("'%1' is no size; write 1200x800, at most %2x%2")
-                             .arg(text)
-                             .arg(Longest)};
-    return size;
+constexpr int LongestSide = 16384;
+
+struct Subject {
+    const char* name;
+    QImage (*paint)(const QSize& size, Progress& progress);
+};
+
+QImage PaintSweep(const QSize& size, Progress&) {
+    return PaintSweepPicture(size);
 }
+
+const Subject subjects[] = {{"lake", PaintDemoPicture}, {"sweep", PaintSweep}};
+
+const Subject& FindSubject(const QString& name) {
+    for (const Subject& subject : subjects)
+        if (name == QLatin1String(subject.name))
+            return subject;
+    throw UsageError{QStringLiteral("there is no picture '%1'").arg(name)};
+}
+
+} // namespace
 
 int RunScene(const Command& command, const QStringList& arguments) {
     const QString sizeOption = QStringLiteral("size");
-    CommandLine line(command,
-                     QStringLiteral("Paints an evening at a lake, the same on every run: soft\n"
-                                    "gradients, fine detail, a colour chart, transparent edges."));
+    const QString pictureOption = QStringLiteral("picture");
+    CommandLine line(
+        command,
+        QStringLiteral("Paints a picture to try things on, the same on every run:\n\n"
+                       "  lake   an evening: soft gradients, fine detail, a colour chart,\n"
+                       "         transparent edges\n"
+                       "  sweep  all colours, ever more transparent to the right"));
+    line.AddOption({pictureOption, QStringLiteral("What to paint."), QStringLiteral("lake|sweep"),
+                    QStringLiteral("lake")});
     line.AddOption({sizeOption, QStringLiteral("Width and height in pixels."),
                     QStringLiteral("WxH"), QStringLiteral("1200x800")});
     line.AddFormatOption();
@@ -32,11 +49,12 @@ int RunScene(const Command& command, const QStringList& arguments) {
     if (!line.Parse(arguments, 1, 1))
         return 0;
 
-    const QSize size = ParseSize(line.Value(sizeOption));
+    const Subject& subject = FindSubject(line.Value(pictureOption));
+    const QSize size = ParseSize(line.Value(sizeOption), LongestSide);
     const QString out = line.Files().at(0);
     const QByteArray format = OutputFormat(out, line.Value(QStringLiteral("format")));
     Progress progress(QStringLiteral("scene"), 1);
-    const QImage image = PaintDemoPicture(size, progress);
+    const QImage image = subject.paint(size, progress);
     SavePicture({ConvertImage<QImage, LXImageRGBA32i>(image), format, {}, {}, true}, out, format);
     return 0;
 }

@@ -1,0 +1,38 @@
+#include "Values.h"
+
+#include "Failure.h"
+
+#include <QtCore/QRegularExpression>
+
+#include <algorithm>
+
+QSize ParseSize(const QString& text, int longest) {
+    static const QRegularExpression pattern(
+        QStringLiteral("^([1-9][0-9]{0,8})x([1-9][0-9]{0,8})$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    if (size.isEmpty() || std::max(size.width(), size.height()) > longest)
+        throw UsageError{QStringLiteral("'%1' is no size; write 1200x800, at most %2x%2")
+                             .arg(text)
+                             .arg(longest)};
+    return size;
+}
+
+QPoint ParsePoint(const QString& text) {
+    static const QRegularExpression pattern(QStringLiteral("^(-?[0-9]{1,8}),(-?[0-9]{1,8})$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch())
+        throw UsageError{QStringLiteral("'%1' is no position; write 10,25").arg(text)};
+    return {match.captured(1).toInt(), match.captured(2).toInt()};
+}
+
+double ParseNumber(const QString& text, const QString& what, double low, double high) {
+    bool isNumber = false;
+    const double value = text.toDouble(&isNumber);
+    if (!isNumber || !(value >= low && value <= high))
+        throw UsageError{QStringLiteral("'%1' is no %2; it goes from %3 to %4")
+                             .arg(text, what)
+                             .arg(low)
+                             .arg(high)};
+    return value;
+}

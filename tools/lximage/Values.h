@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QtCore/QPoint>
+#include <QtCore/QSize>
+#include <QtCore/QString>
+
+/// Values in the forms in which options take them. What cannot be read throws UsageError.
+
+/// "1200x800", with sides from 1 to `longest`.
+QSize ParseSize(const QString& text, int longest);
+
+/// "-10,25"
+QPoint ParsePoint(const QString& text);
+
+/// A number from `low` to `high`; `what` says in the message what it is.
+double ParseNumber(const QString& text, const QString& what, double low, double high);
