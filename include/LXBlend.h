@@ -21,8 +21,9 @@ class QImage;
 /// The suffix LockA names the variant of a kernel that leaves the destination's alpha as it is.
 /// Some are empty, as a mode that works on alpha alone has then nothing to do.
 ///
-/// Kernels check no pointer and no position and never throw. They have no state: threads may call
-/// them at once on different destination pixels.
+/// Kernels check no pointer (but a null mask is defined where it is told) and no position, and
+/// never throw. A source pixel may be the very destination pixel; other overlaps are not allowed.
+/// They have no state: threads may call them at once on different destination pixels.
 namespace LXBlend {
 
 /// A rectangle within two tiles: `src` and `dst` are the first pixels of tiles of 128 x 128, all

@@ -9,9 +9,9 @@
 /// destination, in place.
 ///
 /// Rectangles are in pixels, each in its own image. The top left corners meet, and the smaller
-/// extent decides; what lies outside either image is cut off, and the rest stays where it is. An
-/// empty or null rectangle blends nothing. Of a rectangle with right < left, or bottom < top, the
-/// corners are exchanged as QRect::operator& does it.
+/// extent decides; what lies outside either image is cut off, and the rest stays where it is. A
+/// width or height of 0 blends nothing. Of a rectangle with a negative one the corners are
+/// exchanged, as QRect::operator& does it.
 ///
 /// `mode` is the blend mode: 0 to 31 are the values of QPainter::CompositionMode, 64 and 88 to 95
 /// are this library's own (see src/compositing/BlendTable.cpp and the kernels in LXBlend.h). An id
@@ -24,10 +24,11 @@
 /// `lockAlpha` keeps the destination's alpha. Only for ids that know no locked form in a function
 /// the lock is lost, and they composite as the plain SourceOver.
 ///
-/// Only destination tiles that change are detached from their sharers. If none is left,
-/// std::bad_alloc comes out, after a log line: the tiles finished before stay composited, the rest
-/// is untouched. Source, mask and destination may be copies of one another, and even one object.
-/// Calls on different destinations may run in parallel.
+/// Destination tiles that the blend covers are detached from their sharers, also by a mode that
+/// turns out to change nothing. If none is left, std::bad_alloc comes out, after a log line: the
+/// tiles finished before stay composited, the rest is untouched. Source, mask and destination may
+/// be copies of one another, and even one object. Calls on different destinations may run in
+/// parallel.
 ///
 /// There is no blending of CMYK images: those forms are empty.
 template <class Source, class Destination>
@@ -39,9 +40,10 @@ void BlendOn(const Source& source, const QRect& sourceRect, unsigned int mode,
 /// `destinationRect`.
 ///
 /// From a tiled image, pixels beyond `maskRect` or the mask image blend at full mask value if
-/// `outsideBlends`, and stay as they are if not. From a QImage only mode 0 blends anything;
-/// `maskRect` gives no more than the position, and what lies beyond the mask image blends without a
-/// mask in any case.
+/// `outsideBlends`, and stay as they are if not. A mask of 0 x 0 pixels with `outsideBlends` is no
+/// mask: that is BlendOn, with its own guard and so with a second log line for a failure. From a
+/// QImage only mode 0 blends anything; `maskRect` gives no more than the position, and what lies
+/// beyond the mask image blends without a mask in any case.
 template <class Source, class Destination>
 void BlendMaskOn(const Source& source, const QRect& sourceRect, unsigned int mode,
                  Destination& destination, const QRect& destinationRect, double opacity,

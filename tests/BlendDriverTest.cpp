@@ -10,6 +10,7 @@
 
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -20,7 +21,7 @@ using Reference::Plane;
 using Reference::Shape;
 using Image = LXImageRGBA32i;
 
-// ---- what each id does, written out from the definition -----------------------------------------
+// ---- what each id does, written out by hand -----------------------------------------
 
 /// A mode in one driver. Under lock the mode is the same with its alpha locked, or the plain
 /// SourceOver where the lock is lost.
@@ -107,6 +108,10 @@ LXRGBA32i Expected(Driver driver, unsigned int id, bool lock, LXRGBA32i s, LXRGB
 
 // ---- pictures -----------------------------------------------------------------------------------
 
+bool operator!=(const Plane& a, const Plane& b) {
+    return a.pixels != b.pixels;
+}
+
 Plane RandomPlane(int width, int height, unsigned int seed) {
     RandomPixels random(seed);
     Plane plane{width, height, {}};
@@ -145,6 +150,8 @@ unsigned int OpacityOf(const Call& call) {
 Plane Expect(Driver driver, const Plane& source, Plane destination, const Plane& mask,
              const Call& call) {
     const unsigned int opacity = OpacityOf(call);
+    if (driver == Driver::TileMask && mask.width == 0 && mask.height == 0 && call.outside)
+        driver = Driver::Tile;
     if (opacity == 0)
         return destination;
     const QPoint toMask = call.maskRect.topLeft() - call.destinationRect.topLeft();
@@ -213,9 +220,13 @@ TEST_P(EveryDriver, KnowsItsIds) {
     const Plane source = RandomPlane(150, 20, 1), destination = RandomPlane(150, 20, 2);
     const Plane mask = RandomPlane(150, 20, 3);
     Call call{source.Rect(), source.Rect(), source.Rect()};
-    for (call.id = 0; call.id < 130; ++call.id)
+    std::vector<unsigned int> ids = {1000, ~0U};
+    for (unsigned int id = 0; id < 130; ++id)
+        ids.push_back(id);
+    for (const unsigned int id : ids)
         for (const bool lock : {false, true})
-            for (const double opacity : {1.0, 0.4}) {
+            for (const double opacity : {1.0, 0.4, 2.0, -0.5}) { // the last two are not limited
+                call.id = id;
                 call.lock = lock;
                 call.opacity = opacity;
                 Check(GetParam(), source, destination, mask, call, "all ids");
@@ -225,18 +236,19 @@ TEST_P(EveryDriver, KnowsItsIds) {
 }
 
 TEST_P(EveryDriver, BlendsAnyTwoRectangles) {
-    for (unsigned int seed = 0; seed < 60; ++seed) {
+    int changed = 0;
+    for (unsigned int seed = 0; seed < 150; ++seed) {
         RandomPixels random(seed);
         const auto below = [&](unsigned int n) { return int(random.Below(n)); };
         const auto plane = [&](unsigned int kind) {
-            return RandomPlane(below(330), below(280), seed * 3 + kind);
+            return RandomPlane(100 + below(200), 90 + below(170), seed * 3 + kind);
         };
         const Plane source = plane(0), destination = plane(1);
         const Plane mask = below(6) == 0 ? Plane{0, 0, {}} : plane(2);
         const auto rect = [&] {
-            const QPoint corner(below(300) - 140, below(300) - 140);
-            return below(12) == 0 ? QRect()
-                                  : QRect(corner, QSize(below(400) - 20, below(300) - 20));
+            const QPoint corner(below(200) - 80, below(200) - 80);
+            const QSize size(below(500) - 20, below(500) - 20);
+            return below(20) == 0 ? QRect() : QRect(corner, size);
         };
         Call call{rect(), rect(), rect()};
         call.id = below(2) == 0 ? 0 : Rows[below(std::size(Rows))].id; // 0 works in all drivers
@@ -247,7 +259,27 @@ TEST_P(EveryDriver, BlendsAnyTwoRectangles) {
               qPrintable(QStringLiteral("seed %1").arg(seed)));
         if (HasFatalFailure())
             return;
+        changed += Expect(GetParam(), source, destination, mask, call) != destination;
     }
+    EXPECT_GE(changed, 30) << "enough cases should have something to do";
+}
+
+/// A mask smaller than the picture, at all places relative to tiles and edges.
+TEST_P(EveryDriver, EndsItsMaskWhereItEnds) {
+    const Plane source = RandomPlane(300, 280, 1), destination = RandomPlane(300, 280, 2);
+    for (const QSize& size : {QSize(130, 140), QSize(128, 128), QSize(40, 270), QSize(0, 300)})
+        for (const QPoint& at :
+             {QPoint(0, 0), QPoint(-60, -70), QPoint(50, 90), QPoint(-400, 0), QPoint(0, 200)})
+            for (const int flags : {0, 1, 2, 3}) {
+                const Plane mask = RandomPlane(size.width(), size.height(), 3);
+                Call call{source.Rect(), source.Rect(), QRect(at, QSize(400, 400))};
+                call.outside = flags & 1;
+                call.lock = flags & 2;
+                call.opacity = 0.5;
+                Check(GetParam(), source, destination, mask, call, "mask edges");
+                if (HasFatalFailure())
+                    return;
+            }
 }
 
 TEST_P(EveryDriver, SurvivesRectanglesAtTheEndsOfTheWorld) {
@@ -369,6 +401,58 @@ TEST(BlendDriver, MayBlendAnImageOntoItself) {
     EXPECT_TRUE(SamePixels(image, ImageOf(Expect(Driver::PictureMask, plane, plane, plane, call))));
 }
 
+TEST(BlendDriver, PassesOverMissingTiles) {
+    const TestPool pool;
+    const Plane source = RandomPlane(300, 280, 1), destination = RandomPlane(300, 280, 2);
+    const Plane mask = RandomPlane(300, 280, 3);
+    for (const Driver driver : {Driver::Tile, Driver::TileMask})
+        for (const QPoint& missing : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+            Image holey = ImageOf(source);
+            holey.GetTileRow(unsigned(missing.y()))[missing.x()] = nullptr;
+            Call call{source.Rect(), source.Rect().translated(-50, -30), source.Rect()};
+            call.id = 13;
+            Image image = ImageOf(destination);
+            if (driver == Driver::Tile)
+                BlendOn(holey, call.sourceRect, 13, image, call.destinationRect, 1, false);
+            else
+                BlendMaskOn(holey, call.sourceRect, 13, image, call.destinationRect, 1,
+                            ImageOf(mask), call.maskRect, false, false);
+            const Plane whole = Expect(driver, source, destination, mask, call);
+            const QRect hole(missing * 128, QSize(128, 128));
+            for (int y = 0; y < 280; ++y)
+                for (int x = 0; x < 300; ++x) {
+                    const bool lost = hole.contains(QPoint(x + 50, y + 30));
+                    ASSERT_EQ(image.GetColor(x, y), (lost ? destination : whole).At(x, y))
+                        << x << " " << y << " driver " << int(driver);
+                }
+        }
+}
+
+TEST(BlendDriver, LogsOnceALevel) {
+    TestPool pool;
+    const Image source = RandomImage(10, 10, 1), none(0, 0);
+    Image image(source);
+    const QRect rect(0, 0, 10, 10);
+    pool.LeaveFree(0);
+    const LogCapture log;
+    EXPECT_THROW(BlendOn_RGBA32iImage_RGBA32iImage(source, rect, 0, image, rect, 1, false),
+                 std::bad_alloc);
+    EXPECT_EQ(LogCapture::Lines().size(), 1);
+    EXPECT_THROW(BlendMaskOn(source, rect, 0, image, rect, 1, none, rect, true, false),
+                 std::bad_alloc);
+    EXPECT_EQ(LogCapture::Lines().size(), 3) << "through an empty mask there are two guards";
+}
+
+TEST(BlendDriver, LeavesTilesBeyondItsMaskShared) {
+    TestPool pool;
+    const Image source = RandomImage(300, 300, 1), mask(50, 50);
+    Image image(source);
+    const unsigned int before = pool.InUse();
+    BlendMaskOn(source, QRect(0, 0, 300, 300), 0, image, QRect(0, 0, 300, 300), 1, mask,
+                QRect(0, 0, 50, 50), false, false);
+    EXPECT_EQ(pool.InUse(), before + 1);
+}
+
 TEST(BlendDriver, TakesAnEmptyMaskForNone) {
     const TestPool pool;
     const Plane source = RandomPlane(140, 40, 1), destination = RandomPlane(140, 40, 2);
@@ -397,9 +481,12 @@ TEST(BlendDriver, RefusesOtherPictureFormats) {
         QStringLiteral("file=\"src/LXImage.cpp\". Wrong input qimage format 6")));
     EXPECT_TRUE(SamePixels(image, before));
     // Through a mask nobody looks at the format; a smaller one must not be read beyond its end.
-    const QImage gray(10, 10, QImage::Format_Grayscale8);
-    BlendMaskOn(gray, gray.rect(), 0, image, gray.rect(), 1, before, gray.rect(), true, false);
+    QImage gray(10, 10, QImage::Format_Grayscale8); // 12 bytes a row: three rows of ten pixels
+    std::memset(gray.bits(), 0x77, std::size_t(gray.sizeInBytes()));
+    BlendMaskOn(gray, gray.rect(), 0, image, gray.rect(), 1, Image(0, 0), QRect(), true, false);
     EXPECT_EQ(LogCapture::Lines().size(), 1);
+    for (int y = 0; y < 10; ++y)
+        EXPECT_EQ(image.GetColor(9, y) == before.GetColor(9, y), y >= 3) << y;
 }
 
 TEST(BlendDriver, LeavesCMYKAlone) {

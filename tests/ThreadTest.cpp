@@ -1,3 +1,4 @@
+#include "LXBlendOn.h"
 #include "LXImage.h"
 #include "support/Pictures.h"
 #include "support/TestPool.h"
@@ -45,6 +46,22 @@ TEST(Threads, CopiesOfOneImageAreIndependent) {
             original);
         EXPECT_TRUE(SamePixels(original, RandomImage(300, 300, 8)));
     }
+    EXPECT_EQ(pool.InUse(), 0u);
+}
+
+TEST(Threads, BlendsShareTheirSource) {
+    TestPool pool;
+    OnThreads(
+        2,
+        [](unsigned int, LXImageRGBA32i image) {
+            const LXImageRGBA32i source(image);
+            const QRect rect(0, 0, 200, 200);
+            for (int round = 0; round < 10; ++round) {
+                BlendOn(source, rect, 13, image, rect.translated(round, 3), 0.5, false);
+                BlendMaskOn(source, rect, 0, image, rect, 0.5, source, rect, true, true);
+            }
+        },
+        RandomImage(200, 200, 4));
     EXPECT_EQ(pool.InUse(), 0u);
 }
 

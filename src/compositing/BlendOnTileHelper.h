@@ -11,8 +11,8 @@
 /// tile.
 ///
 /// What lies beyond the mask image goes to the kernel with no mask, which blends it in full: the
-/// flag `outsideBlends` has no say in it, as it only reaches into the kernel. The blend from a
-/// tiled source is different, and both are to stay.
+/// flag `outsideBlends` only reaches into the kernel, and what goes there with a mask lies all
+/// inside it. The blend from a tiled source is different, and both are to stay.
 class LXBlendOnTileHelper {
 public:
     LXBlendOnTileHelper(LXBlend::MaskedImageKernel* kernel, const QImage& source,

@@ -34,10 +34,10 @@ constexpr LXBlendCell<MaskedImageKernel> UnknownMaskedImage = {SourceRGBA32iQIma
     { id, cell, UnknownImage, UnknownMask, UnknownMaskedImage }
 
 // One row for each mode, in each cell what the driver does with it. The table is not as regular as
-// it could be, and that is on purpose: stored documents hold these numbers, and their pictures
-// depend on, say, mode 2 clearing from a tiled source but compositing as SourceOver from a QImage,
-// on mode 6 not knowing a mask, and on modes 92 to 95 losing the lock. Do not complete a row, and
-// do not lock what is not locked.
+// it could be, and that is on purpose: the numbers with all that they do are the interface, say,
+// mode 2 clearing from a tiled source but compositing as SourceOver from a QImage, mode 6 not
+// knowing a mask, and modes 92 to 95 losing the lock. Do not complete a row, and do not lock what
+// is not locked.
 constexpr LXBlendMode Modes[] = {
     LX_ROW(0, SourceOver),
     LX_TILE_ROW(2, LX_TILE(Clear)),

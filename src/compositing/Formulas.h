@@ -47,7 +47,7 @@ struct Multiply {
     static float Mix(float s, float d) { return Div255(d * s); }
 };
 
-/// Divides by 256 and not by 255, and so lifts black to 1. Pictures depend on it.
+/// Divides by 256 and not by 255, and so lifts black to 1. That is its definition.
 struct Screen {
     static float Mix(float s, float d) { return 255 - Whole((255 - d) * (255 - s) / 256); }
 };
@@ -78,7 +78,7 @@ struct ColorDodge {
     }
 };
 
-/// The factor is 256, not 255 as in ColorDodge. Pictures depend on it.
+/// The factor is 256, not 255 as in ColorDodge. That is its definition.
 struct ColorBurn {
     static float Mix(float s, float d) {
         const float quotient = Whole((255 - d) * 256 / Max(s, 1));

@@ -6,13 +6,10 @@
 #include "compositing/BlendTable.h"
 #include "compositing/Overlap.h"
 #include "compositing/Snapshot.h"
-#include "compositing/TileCuts.h"
 
 #include <algorithm>
 
 /// Blends from a QImage, which has no tiles.
-
-using LXTileCuts::InTile;
 
 void LXDrivers::Blend(const QImage& source, const QRect& sourceRect, unsigned int mode,
                       LXImageRGBA32i& destination, const QRect& destinationRect, double opacity,
@@ -47,6 +44,8 @@ void LXDrivers::BlendMask(const QImage& source, const QRect& sourceRect, unsigne
                           bool lockAlpha) {
     const LXOverlap overlap =
         LXReduce(SizeInPixels(source), sourceRect, SizeOf(destination), destinationRect, opacity);
+    if (overlap.target.isEmpty())
+        return;
     const auto kernel = LXFindBlendMode(mode).maskedImage(lockAlpha);
     const LXSnapshot through(mask, destination);
     const qint64 dx = qint64(maskRect.left()) - destinationRect.left();

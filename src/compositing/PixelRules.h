@@ -35,8 +35,8 @@ struct SourceWidthAlpha {
 };
 
 /// What a pasted picture gets: where it is opaque or the ground is empty the pixel is copied whole,
-/// its alpha not scaled by opacity. It looks like a mistake in the second case, but pictures that
-/// were pasted at half opacity depend on it.
+/// its alpha not scaled by opacity. In the second case that looks like a mistake, but it is what a
+/// paste is defined to do.
 template <class Frame>
 struct CopyOr {
     static Word Pixel(Word s, Word d, Word a, Word m) {

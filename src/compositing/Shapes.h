@@ -12,8 +12,8 @@
 #include <cstring>
 #include <type_traits>
 
-/// The loops around a pixel rule, and the shapes in which kernels are offered. Rows may overlap:
-/// the result is that of going from left to right.
+/// The loops around a pixel rule, and the shapes in which kernels are offered. A source row may be
+/// the destination row itself; other rows must not overlap.
 namespace LXBlendRules {
 
 /// A row loop is cloned, and all that it calls is part of it: a loop with a call in it is not

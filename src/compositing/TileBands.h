@@ -4,6 +4,7 @@
 #include "compositing/TileCuts.h"
 #include "core/Prefetch.h"
 
+#include <algorithm>
 #include <cstring>
 
 /// The rows of a rectangle that is at most a tile wide but may lie across tiles.
@@ -18,44 +19,49 @@ using LXTileCuts::TileSide;
 constexpr int BandRows = 2;
 constexpr int RowsAhead = 6;
 
-/// Calls `visit(pixels, y, rows)` from top to bottom, for runs of rows that are TileSide pixels
-/// apart; `y` is the position of the first in the image. The rectangle must lie in the image.
-///
-/// Rows within one tile column are those of the tile. Rows across two are copied together: a kernel
-/// is quicker on a copied row than on two halves. Of the right tile whole rows are asked for: the
-/// half that is not wanted now is wanted by the next destination tile.
+/// Rows across two tiles, copied together a few at a time: a kernel is quicker on a copied row than
+/// on two halves. `left` and `right` are the first pixels of `part` in either tile, and `leftWidth`
+/// of its columns lie in the left one. Of the right tile whole rows are asked for: the half that is
+/// not wanted now is wanted by the next destination tile.
+template <class Visit>
+void ForJoinedRows(const LXRGBA32i* left, const LXRGBA32i* right, int leftWidth, const QRect& part,
+                   Visit visit) {
+    alignas(64) LXRGBA32i band[BandRows * TileSide];
+    for (int y = 0; y < std::min(RowsAhead, part.height()); ++y)
+        PrefetchRow(right + y * TileSide, TileSide);
+    for (int first = 0; first < part.height(); first += BandRows) {
+        const int rows = std::min(part.height() - first, BandRows);
+        for (int i = 0; i < rows; ++i) {
+            const int y = first + i;
+            if (y + RowsAhead < part.height())
+                PrefetchRow(right + (y + RowsAhead) * TileSide, TileSide);
+            LXRGBA32i* const row = band + i * TileSide;
+            std::memcpy(row, left + y * TileSide, std::size_t(leftWidth) * sizeof *row);
+            std::memcpy(row + leftWidth, right + y * TileSide,
+                        std::size_t(part.width() - leftWidth) * sizeof *row);
+        }
+        visit(band, QRect(part.left(), part.top() + first, part.width(), rows));
+    }
+}
+
+/// Calls `visit(pixels, piece)` for pieces of `rect`, which must lie in the image, from top to
+/// bottom. The rows of a piece are TileSide pixels apart. What lies in missing tiles is left out.
 template <class Visit>
 void ForBands(const LXImageRGBA32i& image, const QRect& rect, Visit visit) {
     const int column = int(TileOf(rect.left())), x = InTile(rect.left());
     const int leftWidth = std::min(rect.width(), TileSide - x);
+    const bool crosses = leftWidth < rect.width();
     LXTileCuts::CutRows(rect, 0, [&](const QRect& part) {
         const auto slots = image.GetTileRow(unsigned(TileOf(part.top()))) + column;
-        const int y = InTile(part.top());
+        const unsigned int y = unsigned(InTile(part.top()));
         const LXTileReader left(slots[0]);
-        if (!left.Pixels())
-            return;
-        const LXRGBA32i* leftRow = left.Row(unsigned(y)) + x;
-        if (leftWidth == part.width())
-            return visit(leftRow, part.top(), part.height());
-        const LXTileReader right(slots[1]);
-        if (!right.Pixels())
-            return;
-        const LXRGBA32i* rightRow = right.Row(unsigned(y));
-        alignas(64) LXRGBA32i band[BandRows * TileSide];
-        for (int i = 0; i < std::min(RowsAhead, part.height()); ++i)
-            PrefetchRow(rightRow + i * TileSide, TileSide);
-        for (int done = 0; done < part.height(); done += BandRows) {
-            const int rows = std::min(part.height() - done, BandRows);
-            for (int i = 0; i < rows; ++i, leftRow += TileSide, rightRow += TileSide) {
-                LXRGBA32i* const row = band + i * TileSide;
-                if (y + done + i + RowsAhead < TileSide)
-                    PrefetchRow(rightRow + RowsAhead * TileSide, TileSide);
-                std::memcpy(row, leftRow, std::size_t(leftWidth) * sizeof *row);
-                std::memcpy(row + leftWidth, rightRow,
-                            std::size_t(part.width() - leftWidth) * sizeof *row);
-            }
-            visit(band, part.top() + done, rows);
-        }
+        const LXTileReader right(crosses ? slots[1].constData() : nullptr);
+        if (left.Pixels() && right.Pixels())
+            return ForJoinedRows(left.Row(y) + x, right.Row(y), leftWidth, part, visit);
+        if (left.Pixels())
+            visit(left.Row(y) + x, QRect(part.topLeft(), QSize(leftWidth, part.height())));
+        if (right.Pixels())
+            visit(right.Row(y), part.adjusted(leftWidth, 0, 0, 0));
     });
 }
 

@@ -6,6 +6,8 @@
 #include "compositing/Snapshot.h"
 #include "compositing/TileBands.h"
 
+#include <algorithm>
+
 /// Blends from a tiled source. The tiles of source, mask and destination are out of step; the work
 /// goes by destination tile, each of which is opened once, and the others come in bands of rows.
 
@@ -17,6 +19,8 @@ void LXDrivers::Blend(const LXImageRGBA32i& source, const QRect& sourceRect, uns
                       bool lockAlpha) {
     const LXOverlap overlap =
         LXReduce(SizeOf(source), sourceRect, SizeOf(destination), destinationRect, opacity);
+    if (overlap.target.isEmpty())
+        return;
     const auto kernel = LXFindBlendMode(mode).tile(lockAlpha);
     const LXSnapshot from(source, destination);
 
@@ -25,9 +29,10 @@ void LXDrivers::Blend(const LXImageRGBA32i& source, const QRect& sourceRect, uns
         if (!to.Pixels())
             return;
         const QRect part(span.position - overlap.shift, span.local.size());
-        ForBands(*from, part, [&](const LXRGBA32i* pixels, int y, int rows) {
-            kernel(pixels, to.Pixels(), 0, 0, span.local.left(), span.local.top() + y - part.top(),
-                   part.width(), rows, overlap.opacity);
+        ForBands(*from, part, [&](const LXRGBA32i* pixels, const QRect& piece) {
+            const QPoint local = piece.topLeft() - part.topLeft() + span.local.topLeft();
+            kernel(pixels, to.Pixels(), 0, 0, local.x(), local.y(), piece.width(), piece.height(),
+                   overlap.opacity);
         });
     });
 }
@@ -44,8 +49,8 @@ public:
 
     /// Blends the pixels `part` of the destination through mask pixels that lie (dx, dy) away.
     void BlendInside(const QRect& part, const LXImageRGBA32i& mask, const QPoint& toMask) const {
-        ForBands(mask, part.translated(toMask), [&](const LXRGBA32i* through, int y, int rows) {
-            BlendRows(QRect(part.left(), y - toMask.y(), part.width(), rows), through, TileSide);
+        ForBands(mask, part.translated(toMask), [&](const LXRGBA32i* through, const QRect& piece) {
+            BlendRows(piece.translated(-toMask), through, TileSide);
         });
     }
 
@@ -59,11 +64,13 @@ public:
 private:
     void BlendRows(const QRect& part, const LXRGBA32i* mask, int maskStride) const {
         const QRect from = part.translated(-m_overlap.shift);
-        const QPoint local = part.topLeft() - m_tileOrigin;
-        LXRGBA32i* dst = m_tile + local.y() * TileSide + local.x();
-        ForBands(m_source, from, [&](const LXRGBA32i* src, int, int rows) {
-            for (int i = 0; i < rows; ++i, dst += TileSide, mask += maskStride)
-                m_kernel(src + i * TileSide, mask, dst, part.width(), m_overlap.opacity);
+        const QPoint toTile = part.topLeft() - m_tileOrigin;
+        ForBands(m_source, from, [&](const LXRGBA32i* src, const QRect& piece) {
+            const QPoint inPart = piece.topLeft() - from.topLeft(), local = inPart + toTile;
+            LXRGBA32i* dst = m_tile + local.y() * TileSide + local.x();
+            const LXRGBA32i* through = mask + inPart.y() * maskStride + inPart.x();
+            for (int y = 0; y < piece.height(); ++y, dst += TileSide, through += maskStride)
+                m_kernel(src + y * TileSide, through, dst, piece.width(), m_overlap.opacity);
         });
     }
 
@@ -82,6 +89,8 @@ void LXDrivers::BlendMask(const LXImageRGBA32i& source, const QRect& sourceRect,
                           bool lockAlpha) {
     const LXOverlap overlap =
         LXReduce(SizeOf(source), sourceRect, SizeOf(destination), destinationRect, opacity);
+    if (overlap.target.isEmpty())
+        return;
     const LXMaskPlace place = LXPlaceMask(overlap, destinationRect, SizeOf(mask), maskRect);
     const auto kernel = LXFindBlendMode(mode).mask(lockAlpha);
     const LXSnapshot from(source, destination), through(mask, destination);

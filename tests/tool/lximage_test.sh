@@ -277,12 +277,29 @@ check "blend by name and by number" blended by_name.png --mode multiply
 check "blend by number" blended by_number.png --mode 13
 check "both are the same" cmp -s by_name.png by_number.png
 check "modes differ" differ by_name.png over.png
+number=0
+for name in source-over 0 clear 2 source 3 destination-in 6 destination-out 8 plus 12 multiply 13 \
+    screen 14 overlay 15 darken 16 lighten 17 color-dodge 18 color-burn 19 hard-light 20 \
+    soft-light 21 difference 22 exclusion 23 source-or-destination 24 source-and-destination 25 \
+    not-source-and-destination 31 luminance-to-alpha 64 alpha-to-gray 88 luminance-to-gray 89 \
+    heal 90 source-where-visible 91 destination-in-any-alpha 92 unite-alpha 93 intersect-alpha 94 \
+    subtract-alpha 95; do
+    blended "mode$((number % 2)).png" --mode "$name"
+    number=$((number + 1))
+    ((number % 2)) || check "the number of mode $name" cmp -s mode0.png mode1.png
+done
 check "an unknown number is SourceOver" blended unknown.png --mode 4
 check "an unknown number is SourceOver: pixels" cmp -s unknown.png over.png
 check "opacity 0" blended transparent.png --opacity 0
 check "opacity 0 leaves the picture" same_pixels transparent.png base.png
 check "beyond the picture" blended beyond.png --at 200,0
 check "beyond the picture nothing changes" same_pixels beyond.png base.png
+check "at a corner" blended corner.png --at 0,159
+check "at a corner: one row" differ corner.png base.png
+check "beyond the other side" blended beyond2.png --at 0,160
+check "beyond the other side nothing changes" same_pixels beyond2.png base.png
+check "half opacity" blended half.png --opacity 0.5
+check "half opacity: between" differ half.png over.png
 check "negative position" blended negative.png --at=-30,-20
 check "negative position: pixels" differ negative.png over.png
 check "lock" blended locked.png --lock-alpha

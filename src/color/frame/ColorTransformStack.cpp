@@ -8,8 +8,8 @@
 namespace {
 
 /// What the elements are told to be the size of a tile: the count of its pixels, where a transform
-/// that walks an image by itself counts bytes. Stored documents show what comes of the difference,
-/// so the two are not to be made one.
+/// that walks an image by itself counts bytes. Both are part of the interface, so the two are not
+/// to be made one.
 constexpr unsigned int TileSize = LXImageRGBA32i::Block::PixelCount;
 
 using Elements = QVector<LXColorTransformBase*>;

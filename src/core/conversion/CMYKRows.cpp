@@ -45,7 +45,7 @@ inline std::uint32_t Light(int ink, int black) {
 }
 
 /// Cyan, which came from red, goes to position 0, which is blue: the way back exchanges red and
-/// blue. Stored pictures depend on it, so it must not be put right here.
+/// blue. That is how the conversion is defined, so it must not be put right here.
 inline LXRGBA32i RGBOf(LXCMYKA pixel) {
     const std::uint64_t word = WordOf(pixel);
     const int black = Byte(word, 3);
