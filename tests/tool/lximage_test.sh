@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in info convert blend scene; do
+for command in adjust info convert blend histogram scene; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in info convert blend scene; do
+for command in info convert blend histogram scene; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -317,6 +317,49 @@ for arguments in "--mode nonsense" "--opacity 2" "--opacity x" "--at 5" "--outsi
 done
 check "blend with a missing mask" exits 1 blend --mask missing.png base.png top.png none.png
 check "blend with two files" exits 2 blend base.png top.png
+check "no output of what failed" absent none.png
+
+# --- adjust and histogram ------------------------------------------------------------------------
+
+check "adjust --list" exits 0 adjust --list
+names=$(grep -o '^[a-z-]*' stdout)
+check "adjust --list names many" [ "$(wc -w <<<"$names")" -ge 20 ]
+for name in $names; do
+    check "adjust $name --help" exits 0 adjust "$name" --help
+    check "adjust $name" exits 0 adjust "$name" base.png "adjusted-$name.png"
+done
+# With nothing told these change nothing.
+for name in brightness-contrast channel color-balance color-enhancer curves exposure gamma \
+    hue-saturation levels temperature; do
+    check "adjust $name is neutral" same_pixels "adjusted-$name.png" base.png
+done
+adjusted() { exits 0 adjust "$@" base.png adjusted.png && differ adjusted.png base.png; }
+check "brightness" adjusted brightness-contrast --brightness 20
+check "contrast" adjusted brightness-contrast --contrast -20
+check "curve" adjusted curves --curve 0,0/100,150/255,255
+check "red curve" adjusted curves --red-curve 0,50/255,255
+check "levels" adjusted levels --input 20,200
+check "levels of a channel" adjusted levels --blue-output 255,0
+check "colour balance" adjusted color-balance --green 0,30,0
+check "hue" adjusted hue-saturation --hue 90
+check "colorize flag" adjusted hue-saturation --colorize
+check "temperature" adjusted temperature --kelvin 3000
+check "channel" adjusted channel --filter hide-red
+check "two inversions" exits 0 adjust invert adjusted-invert.png twice.png
+check "two inversions are none" same_pixels twice.png base.png
+for arguments in "gamma --gamma 9" "gamma --gamma x" "nonsense" "posterize --levels 1" \
+    "levels --input 3" "levels --input 0,256" "color-balance --red 1,2" "curves --curve 1,2,3" \
+    "tint --shadows nocolour" "dodge --range all" "gamma --levels 3"; do
+    # shellcheck disable=SC2086
+    check "adjust $arguments" exits 2 adjust $arguments base.png none.png
+done
+check "adjust alone" exits 2 adjust
+check "histogram" exits 0 histogram base.png histogram.png
+check "histogram prints four lines" [ "$(wc -l <stdout)" = 4 ]
+check "histogram prints thresholds" printed '^luminance *[0-9]* \.\. [0-9]*$'
+check "histogram draws" exits 0 info histogram.png
+check "histogram without a drawing" exits 0 histogram base.png
+check "histogram of a missing file" exits 1 histogram missing.png none.png
 check "no output of what failed" absent none.png
 
 # --- interruption --------------------------------------------------------------------------------

@@ -8,7 +8,9 @@ const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
         {"info", "[options] FILE...", "Show what is known about pictures", RunInfo},
         {"convert", "[options] IN OUT", "Convert the file format or the pixel format", RunConvert},
+        {"adjust", "NAME [options] IN OUT", "Change colours; --list tells how", RunAdjust},
         {"blend", "[options] BASE TOP OUT", "Lay one picture on another", RunBlend},
+        {"histogram", "[options] FILE [OUT]", "Count levels and draw the counts", RunHistogram},
         {"scene", "[options] OUT", "Paint a picture to try things on", RunScene},
     };
     return commands;

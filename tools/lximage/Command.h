@@ -24,6 +24,8 @@ const Command& FindCommand(const QString& name);
 QString GeneralHelp();
 
 int RunInfo(const Command& command, const QStringList& arguments);
+int RunAdjust(const Command& command, const QStringList& arguments);
 int RunBlend(const Command& command, const QStringList& arguments);
 int RunConvert(const Command& command, const QStringList& arguments);
+int RunHistogram(const Command& command, const QStringList& arguments);
 int RunScene(const Command& command, const QStringList& arguments);
