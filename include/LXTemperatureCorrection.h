@@ -41,8 +41,8 @@ public:
     int GetBlue() const { return m_blue; }
 
 private:
-    // 50 stands beside a factor of 1275 for what is set: that is a weight of next to nothing, kept
-    // so because stored and shown values depend on it. The light is white, so no pixel changes.
+    // 50 stands beside a factor of 1275 for what is set: a weight of next to nothing. That is how
+    // the default is defined. The light is white, so no pixel changes.
     int m_amount = 50;
     int m_extra = 0;
     int m_red = 255;

@@ -140,28 +140,12 @@ struct LXTransformImageColors<LXImageRGBA32i, Transform> {
     }
 };
 
-/// Shows pixels to `visitor(const LXRGBA32i&)`, which is const and keeps what it finds elsewhere.
+/// Shows pixels to `visitor(const LXRGBA32i&, int x, int y)`, which is const and keeps what it
+/// finds elsewhere.
 ///
 /// Over a tiled image a std::exception of the visitor ends in a log line and false; any other is
 /// logged and goes on. Over a QImage all go to the caller. An image in another format than
 /// Format_ARGB32 is visited as a converted copy.
-template <class Image, class Visitor>
-struct LXVisitImageColors {
-    bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
-        return LXWalkDetail::Guarded(image, [&] {
-            const QRect part = rect & LXWalkDetail::RectOf(image);
-            if (part.isEmpty())
-                return;
-            LXWalkDetail::ForRows(LXWalkDetail::Readable(image), part,
-                                  [&](const LXRGBA32i* row, int, int, int count) {
-                                      for (int i = 0; i < count; ++i)
-                                          visitor(row[i]);
-                                  });
-        });
-    }
-};
-
-/// The same with `visitor(const LXRGBA32i&, int x, int y)`.
 template <class Image, class Visitor>
 struct LXVisitImagePixel {
     bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
@@ -175,5 +159,14 @@ struct LXVisitImagePixel {
                                           visitor(row[i], x + i, y);
                                   });
         });
+    }
+};
+
+/// The same with `visitor(const LXRGBA32i&)`.
+template <class Image, class Visitor>
+struct LXVisitImageColors {
+    bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
+        const auto anywhere = [&](const LXRGBA32i& pixel, int, int) { visitor(pixel); };
+        return LXVisitImagePixel<Image, decltype(anywhere)>()(image, rect, anywhere);
     }
 };

@@ -38,8 +38,8 @@ int SplineSegment(Number x, const QVector<Point>& points) {
 
 /// y(x), plus 0.5 and truncated; 0 without coefficients.
 ///
-/// Nothing is held flat before the first point and behind the last one: the end cubics go on, and
-/// curves that were drawn so depend on it.
+/// Nothing is held flat before the first point and behind the last one: the end cubics go on, as a
+/// curve is defined.
 template <class Number, class Point>
 int SplineLevel(Number x, const QVector<Point>& points, const QVector<double>& a,
                 const QVector<double>& b, const QVector<double>& c) {
