@@ -140,7 +140,7 @@ struct LXTransformImageColors<LXImageRGBA32i, Transform> {
     }
 };
 
-/// Shows pixels to `visitor(const LXRGBA32i&, int x, int y)`, which is const and keeps what it
+/// Shows pixels to `visitor(int x, int y, const LXRGBA32i&)`, which is const and keeps what it
 /// finds elsewhere.
 ///
 /// Over a tiled image a std::exception of the visitor ends in a log line and false; any other is
@@ -156,7 +156,7 @@ struct LXVisitImagePixel {
             LXWalkDetail::ForRows(LXWalkDetail::Readable(image), part,
                                   [&](const LXRGBA32i* row, int x, int y, int count) {
                                       for (int i = 0; i < count; ++i)
-                                          visitor(row[i], x + i, y);
+                                          visitor(x + i, y, row[i]);
                                   });
         });
     }
@@ -166,7 +166,7 @@ struct LXVisitImagePixel {
 template <class Image, class Visitor>
 struct LXVisitImageColors {
     bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
-        const auto anywhere = [&](const LXRGBA32i& pixel, int, int) { visitor(pixel); };
+        const auto anywhere = [&](int, int, const LXRGBA32i& pixel) { visitor(pixel); };
         return LXVisitImagePixel<Image, decltype(anywhere)>()(image, rect, anywhere);
     }
 };

@@ -396,7 +396,7 @@ TEST(ImageVisit, ShowsEachPixelOnceWithItsPlace) {
         const QRect rect = RandomRect(random);
         const QRect inside = rect & QRect(0, 0, 290, 270);
         int count = 0;
-        const auto check = [&](const LXRGBA32i& pixel, int x, int y) {
+        const auto check = [&](int x, int y, const LXRGBA32i& pixel) {
             EXPECT_EQ(pixel, image.GetColor(x, y));
             EXPECT_TRUE(inside.contains(x, y));
             ++count;
@@ -436,7 +436,7 @@ TEST(ImageVisit, EndsStandardExceptionsOnTiles) {
     const auto standard = [](const LXRGBA32i&) { throw std::runtime_error("seen enough"); };
     EXPECT_FALSE(
         (LXVisitImageColors<Image, decltype(standard)>()(image, LXImageRect(image), standard)));
-    const auto other = [](const LXRGBA32i&, int, int) { throw 7; };
+    const auto other = [](int, int, const LXRGBA32i&) { throw 7; };
     EXPECT_THROW((LXVisitImagePixel<Image, decltype(other)>()(image, LXImageRect(image), other)),
                  int);
     ASSERT_EQ(LogCapture::Lines().size(), 2);
