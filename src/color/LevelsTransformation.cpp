@@ -36,7 +36,7 @@ constexpr double MaxGamma = 9.99;
 
 /// The exponent of a colour channel. Both conversions truncate, which makes the gamma of a channel
 /// a switch of three positions: -2^31 below 1 (the integer that the processor makes of infinity),
-/// 1 below 2, and 0 from there on. Stored levels were made with this, so it must not become the
+/// 1 below 2, and 0 from there on. That is how levels are defined, so it must not become the
 /// fraction 1 / gamma that the master has.
 double ChannelExponent(double gamma) {
     const int whole = TruncateToInt(LimitGamma(gamma, MaxGamma));
