@@ -17,8 +17,8 @@ struct LXTilePart {
 
 /// What the step objects that do one tile a call have in common: which tile is next.
 ///
-/// The image must outlive the object, and nobody else may write it in the meantime. Steps run on the
-/// calling thread; progress and cancelling are the caller's, between two steps.
+/// The image must outlive the object, and nobody else may write it in the meantime. Steps run on
+/// the calling thread; progress and cancelling are the caller's, between two steps.
 template <class Image>
 class LXTileSteps {
 public:
