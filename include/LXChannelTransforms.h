@@ -11,7 +11,7 @@ public:
     using LXColorTransformBase::operator();
     using LXColorTransformBase::Invert;
 
-    /// 32 bits a pixel, which is not checked.
+    /// Whatever 32 bits a pixel are; a picture of fewer is left as it is.
     void operator()(QImage& image) const override;
     /// Whole tiles, also what lies outside the image.
     void operator()(LXImageRGBA32i& image) const override;
@@ -27,7 +27,7 @@ public:
 class LIBIMAGE_EXPORT LXRGBChannelFilter : public LXColorTransformBase {
 public:
     /// Any other value leaves pixels as they are.
-    enum RGBFilter {
+    enum RGBFilter : int {
         ShowAll,  ///< nothing is done, and shared tiles stay shared
         HideBlue, ///< the channel is 0
         HideGreen,
@@ -47,7 +47,7 @@ public:
     using LXColorTransformBase::operator();
     using LXColorTransformBase::Invert;
     void operator()(LXRGBA32i& pixel) const override;
-    /// 32 bits a pixel, which is not checked.
+    /// Whatever 32 bits a pixel are; a picture of fewer is left as it is.
     void operator()(QImage& image) const override;
     /// Whole tiles, also what lies outside the image.
     void operator()(LXImageRGBA32i& image) const override;

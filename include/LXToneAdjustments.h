@@ -34,10 +34,12 @@ private:
     int m_contrast;
 };
 
-/// A channel v becomes v * (exposure / 20.0001 + 1) + offset * 255.
+/// A channel v becomes v * (exposure / 20.0001 + 1) + offset * 255, for an exposure above -20.0001.
 class LIBIMAGE_EXPORT LXExposureTransformation {
 public:
-    /// 0, 0 is the identity. From where the line reaches 255 the result is 255.
+    /// 0, 0 is the identity. From where the line reaches 255 the result is 255. At -20.0001 all
+    /// levels but 255 become the offset; below it the ends of the line are tested as for a rising
+    /// one, which leaves two levels, black and white.
     LXExposureTransformation(double exposure, double offset);
 
     void operator()(LXRGBA32i& pixel) const { LXApplyTable(m_table, pixel); }
@@ -60,7 +62,8 @@ private:
     LXByteTable m_table;
 };
 
-/// A channel becomes the nearest of few levels below it, spread evenly over 0 .. 255.
+/// 0 .. 255 is cut into equal bands, and each band becomes one of as many levels, spread evenly
+/// over 0 .. 255.
 class LIBIMAGE_EXPORT LXPosterizeTransformation {
 public:
     /// The number of levels; useful are 2 .. 255. 1 is black, and 0 leaves pixels as they are;

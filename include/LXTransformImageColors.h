@@ -7,6 +7,7 @@
 
 #include <QtGui/QImage>
 
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -39,16 +40,19 @@ void TransformRun(const Transform& transform, LXRGBA32i* pixels, unsigned int co
     }
 }
 
-/// The place that the log knows the visits by.
-inline LXFault::Site VisitSite() {
+/// The place that the log knows the visits by, with the build stamp of each translation unit.
+static inline LXFault::Site VisitSite() {
     return {__DATE__, __TIME__, 851, "include/LXTransformImageColors.h"};
 }
 
-/// The picture in the one format that the walks read.
+/// The picture in the one format that the walks read. Throws std::bad_alloc if Qt cannot make it.
 inline QImage AsARGB32(const QImage& image) {
-    return image.format() == QImage::Format_ARGB32
-               ? image
-               : image.convertToFormat(QImage::Format_ARGB32, Qt::NoOpaqueDetection);
+    if (image.format() == QImage::Format_ARGB32)
+        return image;
+    const QImage converted = image.convertToFormat(QImage::Format_ARGB32, Qt::NoOpaqueDetection);
+    if (converted.isNull() && !image.isNull())
+        throw std::bad_alloc();
+    return converted;
 }
 
 /// Calls `visit(row, x, y, count)` for each row of the rectangle, from `row` on.
@@ -114,6 +118,9 @@ struct LXTransformImageColors<QImage, Transform> {
             return true;
         if (image.format() != QImage::Format_ARGB32)
             image = LXWalkDetail::AsARGB32(image);
+        image.detach();
+        if (image.isNull())
+            throw std::bad_alloc();
         for (int y = part.top(); y <= part.bottom(); ++y) {
             void* const line = image.scanLine(y);
             LXWalkDetail::TransformRun(transform, static_cast<LXRGBA32i*>(line) + part.left(),

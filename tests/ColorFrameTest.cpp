@@ -143,6 +143,39 @@ TEST(ColorTransformStack, TakesATileThroughTheChainAtOnce) {
     EXPECT_EQ(WordAt(picture, 0, 32), 0x80030201U);
 }
 
+/// Throws from every operation.
+class Thrower : public LXColorTransformBase {
+public:
+    void operator()(LXRGBA32i&) const override { throw std::runtime_error("no"); }
+    void operator()(QImage&) const override { throw std::runtime_error("no"); }
+    void operator()(void*, unsigned int) const override { throw std::runtime_error("no"); }
+    void Invert(void*, unsigned int) const override { throw std::runtime_error("no"); }
+    using LXColorTransformBase::operator();
+    using LXColorTransformBase::Invert;
+};
+
+TEST(ColorTransformStack, IsFreeAgainAfterAnElementThrew) {
+    TestPool pool;
+    {
+        LXColorTransformStack stack;
+        stack.Push(nullptr);
+        Image image(300, 100);
+        stack(image); // null elements meet tiles too
+        stack.Invert(image);
+        delete stack.Pop();
+        stack.Push(new Thrower);
+        QImage picture(3, 3, QImage::Format_ARGB32);
+        LXRGBA32i pixel{};
+        EXPECT_THROW(stack(pixel), std::runtime_error);
+        EXPECT_THROW(stack(picture), std::runtime_error);
+        EXPECT_THROW(stack(image), std::runtime_error);
+        EXPECT_THROW(stack.Invert(image), std::runtime_error);
+        EXPECT_FALSE(stack.isEmpty());
+        image.SetColor(0, 0, {1, 1, 1, 1});
+    }
+    EXPECT_EQ(pool.InUse(), 0u);
+}
+
 TEST(ColorTransformStack, OwnsItsElementsButForPopAll) {
     std::string calls;
     auto* const kept = new Recorder('A', calls);
@@ -181,7 +214,7 @@ TEST(ChannelTransforms, FilterChannels) {
     const unsigned int word = 0x12345678;
     const unsigned int expected[] = {0x12345678, 0x12345600, 0x12340078, 0x12005678,
                                      0x12343434, 0x12565656, 0x12787878, 0x12345678};
-    for (int value = 0; value < 8; ++value) {
+    for (const int value : {0, 1, 2, 3, 4, 5, 6, 7, 300, -1}) {
         TestPool pool;
         LXRGBChannelFilter filter;
         filter.SetChannelFilter(static_cast<LXRGBChannelFilter::RGBFilter>(value));
@@ -189,29 +222,29 @@ TEST(ChannelTransforms, FilterChannels) {
         EXPECT_EQ(copy.GetChannelFilter(), value);
         LXRGBA32i pixel = Of(word);
         copy(pixel);
-        EXPECT_EQ(pixel, Of(expected[value]));
+        const unsigned int result = value >= 0 && value < 8 ? expected[value] : word;
+        EXPECT_EQ(pixel, Of(result));
 
         Image image(300, 100);
         image.Fill(Of(word));
         const Image before(image);
         const unsigned int tiles = pool.InUse();
         copy(image);
-        EXPECT_EQ(WordAt(image, 299, 99), expected[value]);
+        EXPECT_EQ(WordAt(image, 299, 99), result);
         EXPECT_EQ(WordAt(before, 299, 99), word);
         EXPECT_EQ(pool.InUse(), value == 0 ? tiles : tiles + 3);
 
         QImage picture(5, 3, QImage::Format_ARGB32_Premultiplied);
         picture.fill(word);
         copy(picture);
-        EXPECT_EQ(*reinterpret_cast<const unsigned int*>(picture.constScanLine(2) + 16),
-                  expected[value]);
+        EXPECT_EQ(*reinterpret_cast<const unsigned int*>(picture.constScanLine(2) + 16), result);
         EXPECT_EQ(picture.format(), QImage::Format_ARGB32_Premultiplied) << "bytes are bytes";
 
         LXRGBA32i row[3] = {Of(word), Of(word), Of(word)};
         copy(row, 11); // two pixels and some bytes
         copy(nullptr, 16);
         copy.Invert(row, 12);
-        EXPECT_EQ(row[1], Of(expected[value]));
+        EXPECT_EQ(row[1], Of(result));
         EXPECT_EQ(row[2], Of(word));
     }
 }
@@ -342,14 +375,24 @@ TEST(ImageWalk, LeavesTilesOutsideShared) {
     EXPECT_EQ(pool.InUse(), before + 4);
 }
 
+TEST(ImageWalk, PassesOverMissingTiles) {
+    const TestPool pool;
+    Image image(300, 100);
+    image.GetTileRow(0)[1] = nullptr;
+    LXTransformImageColors<Image, Step>()(image, LXImageRect(image), Step());
+    LXTCGrayscaleFromRGBA32iAlpha()(image);
+    LXRGBChannelFilter(LXRGBChannelFilter::HideRed)(image);
+    LXToGrayScaleImage()(image);
+    EXPECT_EQ(image.GetTileRow(0)[1].constData(), nullptr);
+    EXPECT_EQ(image.GetColor(299, 99).alpha, 255);
+}
+
 TEST(ImageWalk, PassesOnWhatATransformThrows) {
     const TestPool pool;
-    struct Thrower {
-        void operator()(LXRGBA32i&) const { throw std::runtime_error("no"); }
-    };
     Image image(10, 10);
+    const Thrower thrower;
     const LogCapture log;
-    EXPECT_THROW((LXTransformImageColors<Image, Thrower>()(image, QRect(0, 0, 9, 9), Thrower())),
+    EXPECT_THROW((LXTransformImageColors<Image, Thrower>()(image, QRect(0, 0, 9, 9), thrower)),
                  std::runtime_error);
     EXPECT_TRUE(LogCapture::Lines().isEmpty());
 }
@@ -439,7 +482,11 @@ TEST(ImageVisit, EndsStandardExceptionsOnTiles) {
     const auto other = [](int, int, const LXRGBA32i&) { throw 7; };
     EXPECT_THROW((LXVisitImagePixel<Image, decltype(other)>()(image, LXImageRect(image), other)),
                  int);
-    ASSERT_EQ(LogCapture::Lines().size(), 2);
+    const QImage picture(3, 3, QImage::Format_ARGB32);
+    EXPECT_THROW(
+        (LXVisitImageColors<QImage, decltype(standard)>()(picture, picture.rect(), standard)),
+        std::runtime_error);
+    ASSERT_EQ(LogCapture::Lines().size(), 2) << "a QImage is visited without a guard";
     EXPECT_TRUE(LogCapture::Lines()[0].endsWith(
         QStringLiteral("Unexpected exception: line=851, file=\"include/LXTransformImageColors.h\". "
                        "Exception content:\"seen enough\"")));

@@ -13,7 +13,7 @@ LXByteTable CurveTable(Curve f, Store store) {
 }
 
 // Each class limits one end only, the one that its ordinary amounts run into; at the other end the
-// byte wraps. Amounts below 0 show it, and must go on showing the same.
+// byte wraps. Amounts below 0 show it, as the header tells.
 
 int StoreDodged(double value) {
     return value >= 255 ? 255 : TruncateToInt(value);

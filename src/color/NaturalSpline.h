@@ -9,8 +9,8 @@
 /// On segment k, which begins at point k, y(x) = y_k + ((a_k d + b_k) d + c_k) d with d = x - x_k.
 
 /// The coefficients, one entry for each point. All are 0, a staircase of the points' y, if there
-/// are fewer than two points or any x is not above the one before: curves are stored with such
-/// points, so they are no error.
+/// are fewer than two points or any x is not above the one before: such points are
+/// no error.
 void BuildNaturalSpline(const QVector<QPointF>& points, QVector<double>& a, QVector<double>& b,
                         QVector<double>& c);
 

@@ -15,8 +15,10 @@ void ForTiles(LXImageRGBA32i& image, const LXColorTransformBase& transform) {
         }
 }
 
-/// And over the rows of a picture.
+/// And over the rows of a picture. One with fewer bits a pixel has not the bytes for it.
 void ForRows(QImage& image, const LXColorTransformBase& transform) {
+    if (image.depth() < 32)
+        return;
     for (int y = 0; y < image.height(); ++y)
         transform(image.scanLine(y), unsigned(image.width()) * unsigned(sizeof(LXRGBA32i)));
 }

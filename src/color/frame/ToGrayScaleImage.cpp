@@ -20,6 +20,6 @@ void LXToGrayScaleImage::operator()(LXImageRGBA32i& image) const {
 
 // Converted whatever the format is: what was premultiplied is so no longer when gray is taken.
 void LXToGrayScaleImage::operator()(QImage& image) const {
-    image = image.convertToFormat(QImage::Format_ARGB32, Qt::NoOpaqueDetection);
+    image = LXWalkDetail::AsARGB32(image);
     LXTransformImageColors<QImage, ToGray>()(image, image.rect(), ToGray());
 }
