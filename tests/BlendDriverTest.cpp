@@ -16,8 +16,11 @@
 
 namespace {
 
+using Reference::ImageOf;
 using Reference::Mode;
+using Reference::PictureOf;
 using Reference::Plane;
+using Reference::RandomPlane;
 using Reference::Shape;
 using Image = LXImageRGBA32i;
 
@@ -110,28 +113,6 @@ LXRGBA32i Expected(Driver driver, unsigned int id, bool lock, LXRGBA32i s, LXRGB
 
 bool operator!=(const Plane& a, const Plane& b) {
     return a.pixels != b.pixels;
-}
-
-Plane RandomPlane(int width, int height, unsigned int seed) {
-    RandomPixels random(seed);
-    Plane plane{width, height, {}};
-    for (int i = 0; i < width * height; ++i)
-        plane.pixels.push_back(random.Pixel());
-    return plane;
-}
-
-Image ImageOf(const Plane& plane) {
-    Image image(unsigned(plane.width), unsigned(plane.height));
-    for (int y = 0; y < plane.height; ++y)
-        image.WriteLine(unsigned(y),
-                        reinterpret_cast<const unsigned char*>(
-                            plane.pixels.data() + std::size_t(y) * std::size_t(plane.width)),
-                        unsigned(plane.width) * 4);
-    return image;
-}
-
-QImage PictureOf(const Plane& plane) {
-    return ConvertImage<Image, QImage>(ImageOf(plane));
 }
 
 /// Everything that a blend is told.
@@ -244,7 +225,7 @@ TEST_P(EveryDriver, BlendsAnyTwoRectangles) {
             return RandomPlane(100 + below(200), 90 + below(170), seed * 3 + kind);
         };
         const Plane source = plane(0), destination = plane(1);
-        const Plane mask = below(6) == 0 ? Plane{0, 0, {}} : plane(2);
+        const Plane mask = below(6) == 0 ? Plane(0, 0) : plane(2);
         const auto rect = [&] {
             const QPoint corner(below(200) - 80, below(200) - 80);
             const QSize size(below(500) - 20, below(500) - 20);

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "LXPixel.h"
+#include "Plane.h"
 
 #include <QtCore/QRect>
-
-#include <vector>
 
 /// Blending written straight from its definition: one pixel at a time, in plain unsigned integers,
 /// each mode by itself. It shares nothing with the library.
@@ -52,19 +51,6 @@ unsigned int Formula(Mode mode, unsigned int s, unsigned int d);
 /// The new destination pixel. `m` is the mask's alpha, and used by the shapes with a mask only.
 LXRGBA32i Blend(Mode mode, Shape shape, bool lockA, LXRGBA32i s, LXRGBA32i d, unsigned int opacity,
                 unsigned int m);
-
-/// A picture as one array.
-struct Plane {
-    int width;
-    int height;
-    std::vector<LXRGBA32i> pixels;
-
-    QRect Rect() const { return QRect(0, 0, width, height); }
-    LXRGBA32i& At(int x, int y) {
-        return pixels[std::size_t(y) * std::size_t(width) + std::size_t(x)];
-    }
-    const LXRGBA32i& At(int x, int y) const { return const_cast<Plane*>(this)->At(x, y); }
-};
 
 /// Calls `visit(x, y, source x, source y)` for all destination pixels of a blend.
 template <class Visit>

@@ -1,0 +1,277 @@
+#include "LXAccumulatorBoxBlur.h"
+#include "LXBlendOn.h"
+#include "LXBoxBlur.h"
+#include "LXImageConvolution.h"
+#include "support/ExhaustionSweep.h"
+#include "support/Plane.h"
+#include "support/ReferenceBlur.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+namespace {
+
+using namespace Reference;
+using Image = LXImageRGBA32i;
+
+/// At every border, across tiles, one pixel, beyond the image, and all that mean the whole.
+const QRect Parts[] = {QRect(),
+                       QRect(0, 0, 200, 150),
+                       QRect(-20, -20, 300, 300),
+                       QRect(0, 0, 10, 10),
+                       QRect(190, 140, 40, 40),
+                       QRect(100, 0, 60, 150),
+                       QRect(127, 127, 2, 2),
+                       QRect(-5, 60, 30, 1),
+                       QRect(128, 20, 1, 100)};
+const QRect Outside(200, 0, 5, 5);
+const QRect Inverted(QPoint(50, 50), QPoint(40, 60));
+
+/// The operator on both kinds of image; the plane is what is expected of both.
+template <class Blur>
+void Check(const Blur& blur, const Plane& before, const QRect& rect, const Plane& expected) {
+    Image image = ImageOf(before);
+    const Image other = image;
+    blur(image, rect);
+    EXPECT_TRUE(Same(PlaneOf(image), expected));
+    EXPECT_TRUE(Same(PlaneOf(other), before)) << "a copy was written";
+    QImage picture = PictureOf(before);
+    blur(picture, rect);
+    EXPECT_EQ(picture.format(), QImage::Format_ARGB32);
+    EXPECT_TRUE(Same(PlaneOf(picture), expected)) << "QImage";
+}
+
+} // namespace
+
+TEST(BoxBlur, PassesAreRoundedMeans) {
+    const TestPool pool;
+    const Plane before = RandomPlane(200, 150, 1);
+    for (const QRect& rect : Parts)
+        for (const int radius : {0, 1, 7, 64, 150, 400}) {
+            SCOPED_TRACE(testing::Message() << rect.x() << " " << rect.y() << " " << rect.width()
+                                            << " " << rect.height() << " radius " << radius);
+            const QRect part = rect.isNull() ? before.Rect() : rect;
+            Plane h = before, v = before;
+            BoxH(h, part, radius);
+            BoxV(v, part, radius);
+            Check(LXBoxBlurH(radius), before, rect, h);
+            Check(LXBoxBlurV(radius), before, rect, v);
+        }
+    for (const QRect& nothing : {Outside, Inverted}) {
+        Check(LXBoxBlurH(3), before, nothing, before);
+        Check(LXBoxBlurV(3), before, nothing, before);
+    }
+}
+
+TEST(BoxBlur, WideWindowsOnShortLines) {
+    const TestPool pool;
+    for (const auto& [width, height] : {std::pair(1, 1), std::pair(3, 140), std::pair(140, 3)}) {
+        const Plane before = RandomPlane(width, height, 2);
+        for (const int radius : {0, 1, 2, 3, 139, 140, 141, 300, 32499, 32500, 100000}) {
+            SCOPED_TRACE(testing::Message() << width << " x " << height << " radius " << radius);
+            Check(LXBoxBlur(radius), before, QRect(), Blurred(before, QRect(), radius, false));
+        }
+        for (const int harmless : {-1, INT_MIN}) {
+            Check(LXBoxBlur(harmless), before, QRect(), before);
+            Check(LXGaussianBlur(harmless), before, QRect(0, 0, 1, 2), before);
+        }
+        Image image = ImageOf(before);
+        LXGaussianBlur(INT_MAX)(image, QRect(0, 0, 1, 2)); // wraps around and comes back
+    }
+}
+
+TEST(BoxBlur, BoxAndGaussianOnPartsOfThePicture) {
+    const TestPool pool;
+    const Plane before = RandomPlane(200, 150, 3);
+    const auto check = [&](const QRect& rect, int radius) {
+        SCOPED_TRACE(testing::Message() << rect.x() << " " << rect.y() << " " << rect.width() << " "
+                                        << rect.height() << " radius " << radius);
+        Check(LXBoxBlur(radius), before, rect, Blurred(before, rect, radius, false));
+        Check(LXGaussianBlur(radius), before, rect, Blurred(before, rect, radius, true));
+    };
+    for (const QRect& rect : Parts)
+        for (const int radius : {1, 9, 60})
+            check(rect, radius);
+    check(Inverted, 4);
+    check(Outside, 4);
+}
+
+TEST(BoxBlur, SelectionsLetItThrough) {
+    const TestPool pool;
+    const Plane before = RandomPlane(200, 150, 4), mask = RandomPlane(120, 90, 5);
+    const Image selection = ImageOf(mask);
+    const QRect selectionRect(3, 4, 100, 70);
+    for (const bool gaussian : {false, true})
+        for (const QRect& rect : {QRect(), before.Rect(), QRect(40, 30, 100, 70), Inverted})
+            for (const bool outside : {false, true}) {
+                SCOPED_TRACE(testing::Message() << gaussian << rect.width() << outside);
+                Image image = ImageOf(before), expected = image;
+                const bool works = rect.isValid() || !gaussian;
+                const QRect place = rect.isValid() ? rect : before.Rect();
+                if (gaussian)
+                    LXGaussianBlur(5)(image, rect, selection, selectionRect, outside);
+                else
+                    LXBoxBlur(5)(image, rect, selection, selectionRect, outside);
+                if (works)
+                    BlendMaskOn(ImageOf(Blurred(before, rect, 5, gaussian)), place, 0, expected,
+                                place, 1.0, selection, selectionRect, outside, false);
+                EXPECT_TRUE(SamePixels(image, expected));
+            }
+}
+
+TEST(BoxBlur, ConvertsPictures) {
+    const Plane before = RandomPlane(40, 30, 6);
+    for (const auto format : {QImage::Format_RGB32, QImage::Format_Indexed8, QImage::Format_RGB888,
+                              QImage::Format_ARGB32_Premultiplied}) {
+        const QImage source = PictureOf(before).convertToFormat(format);
+        const Plane converted = PlaneOf(source.convertToFormat(QImage::Format_ARGB32));
+        QImage picture = source;
+        LXBoxBlurH(2)(picture, QRect(50, 50, 1, 1));
+        EXPECT_EQ(picture.format(), QImage::Format_ARGB32) << "also without work";
+        picture = source;
+        LXBoxBlur(2)(picture, QRect());
+        EXPECT_TRUE(Same(PlaneOf(picture), Blurred(converted, QRect(), 2, false))) << format;
+        picture = source;
+        LXBoxBlur(2)(picture, QRect(5, 5, 20, 20));
+        const Plane part = PlaneOf(picture.convertToFormat(QImage::Format_ARGB32));
+        EXPECT_TRUE(part.At(2, 2) == converted.At(2, 2)) << format;
+        EXPECT_FALSE(part.pixels == converted.pixels) << format;
+    }
+    QImage null;
+    LXBoxBlur(2)(null, QRect());
+    LXGaussianBlur(2)(null, QRect(0, 0, 2, 2));
+    EXPECT_TRUE(null.isNull());
+}
+
+TEST(BoxBlur, AccumulatorsTruncate) {
+    const TestPool pool;
+    const Plane before = RandomPlane(200, 150, 7);
+    for (const QRect& rect : Parts)
+        for (const int radius : {0, 1, 30, 200}) {
+            SCOPED_TRACE(testing::Message() << rect.x() << " " << rect.width() << " " << radius);
+            const QRect part = rect.isNull() ? before.Rect() : rect;
+            Plane h = before, v = before;
+            BoxPass(h, part, radius, 1, 0, 0);
+            BoxPass(v, part, radius, 0, 1, 0);
+            using Sums = LXRGBABlurAccumulator;
+            Image image = ImageOf(before);
+            LXBlur::LXBoxBlurH<Image, Sums>(radius, Sums(radius))(image, rect);
+            EXPECT_TRUE(Same(PlaneOf(image), h));
+            image = ImageOf(before);
+            LXBlur::LXBoxBlurV<Image, Sums>(radius, Sums(radius))(image, rect);
+            EXPECT_TRUE(Same(PlaneOf(image), v));
+        }
+}
+
+namespace {
+
+/// A bank of many against single accumulators, rows of random pixels long.
+template <class Accumulator>
+void CheckBank(const Accumulator& accumulator, int filled) {
+    const unsigned int columns = 67;
+    LXAccumulatorBank<Accumulator> bank(accumulator, columns);
+    std::vector<Accumulator> singles(columns, accumulator);
+    RandomPixels random{unsigned(filled)};
+    const auto row = [&] {
+        std::vector<LXRGBA32i> pixels(columns);
+        for (LXRGBA32i& pixel : pixels)
+            pixel = random.Pixel();
+        return pixels;
+    };
+    std::vector<std::vector<LXRGBA32i>> window;
+    for (int i = 0; i < filled; ++i) {
+        if (i < 50)
+            window.push_back(row());
+        bank.Add(window[std::size_t(i % 50)].data());
+        for (std::size_t c = 0; c < columns; ++c)
+            singles[c].Add(window[std::size_t(i % 50)][c]);
+    }
+    std::vector<LXRGBA32i> result(columns);
+    for (std::size_t i = 0; i < window.size(); ++i) {
+        const std::vector<LXRGBA32i> entering = row();
+        bank.Slide(window[i].data(), entering.data(), result.data());
+        for (std::size_t c = 0; c < columns; ++c) {
+            LXRGBA32i expected{};
+            singles[c].Subtract(window[i][c]);
+            singles[c].Add(entering[c]);
+            singles[c].Finalize(expected);
+            ASSERT_EQ(result[c], expected) << filled << " column " << c;
+        }
+    }
+}
+
+} // namespace
+
+TEST(BoxBlur, BanksAreAccumulatorsSideBySide) {
+    // Windows of the right size, wider and narrower ones, and beyond what floats hold.
+    for (const auto& [radius, filled] :
+         {std::pair(0, 1), std::pair(12, 25), std::pair(12, 3000), std::pair(3000, 25),
+          std::pair(32499, 64999), std::pair(32500, 65001), std::pair(-1, 10)}) {
+        CheckBank(LXRGBABlurAccumulator(radius), filled);
+        CheckBank(LXRGBABlurAccumulatorPremul(radius), filled);
+        CheckBank(LXAlphaBlurAccumulator(radius), std::min(filled, 30));
+    }
+}
+
+TEST(ImageConvolution, IsTheDirectSum) {
+    const TestPool pool;
+    RandomPixels random(8);
+    for (const QSize& size : {QSize(1, 1), QSize(3, 3), QSize(2, 4), QSize(7, 1), QSize(40, 3)}) {
+        std::vector<double> kernel;
+        for (int i = 0; i < size.width() * size.height(); ++i)
+            kernel.push_back((random.Below(1000) - 380.0) / 100.0 / size.width());
+        const Plane before = RandomPlane(150, 20, 9);
+        for (const bool alphaOnly : {false, true}) {
+            Image image = ImageOf(before);
+            QImage picture = PictureOf(before);
+            if (alphaOnly) {
+                LXImageConvoluteAlpha(kernel.data(), size)(image);
+                LXImageConvoluteAlpha(kernel.data(), size)(picture);
+            } else {
+                LXImageConvolution(kernel.data(), size)(image);
+                LXImageConvolution(kernel.data(), size)(picture);
+            }
+            const Plane expected =
+                Convolved(before, kernel.data(), size.width(), size.height(), alphaOnly);
+            EXPECT_TRUE(Same(PlaneOf(image), expected)) << size.width() << alphaOnly;
+            EXPECT_TRUE(Same(PlaneOf(picture), expected)) << size.width() << alphaOnly;
+        }
+    }
+}
+
+TEST(ImageConvolution, TakesAnyNumbersAndNoSize) {
+    const TestPool pool;
+    const Plane before = RandomPlane(9, 9, 10);
+    for (const double wild : {1e300, -1e300, std::nan(""), double(INFINITY)}) {
+        Image image = ImageOf(before);
+        LXImageConvolution(&wild, QSize(1, 1))(image);
+        LXImageConvoluteAlpha(&wild, QSize(1, 1))(image);
+    }
+    for (const QSize& none : {QSize(0, 3), QSize(3, 0), QSize()}) {
+        Image image = ImageOf(before);
+        LXImageConvolution(nullptr, none)(image);
+        LXImageConvoluteAlpha(nullptr, none)(image);
+        EXPECT_TRUE(Same(PlaneOf(image), before));
+    }
+}
+
+TEST(BoxBlur, RunsOutOfTiles) {
+    const auto sweep = [](auto blur) {
+        return SweepExhaustion(
+            [] { return std::pair(RandomImage(300, 200, 11), Image(1, 1)); },
+            [&](std::pair<Image, Image>& images) {
+                images.second = images.first; // so that every tile must be detached
+                blur(images.first);
+            },
+            [](const std::pair<Image, Image>& images, const ExhaustionOutcome& outcome) {
+                EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
+                EXPECT_TRUE(SamePixels(images.second, RandomImage(300, 200, 11)));
+                images.first.GetColor(299, 199);
+            });
+    };
+    EXPECT_GE(sweep([](Image& image) { LXGaussianBlur(3)(image, QRect()); }), 5u);
+    EXPECT_GE(sweep([](Image& image) { LXBoxBlur(3)(image, QRect(100, 100, 100, 50)); }), 4u);
+    const double half = 0.5;
+    EXPECT_GE(sweep([&](Image& image) { LXImageConvolution(&half, QSize(1, 1))(image); }), 5u);
+}
