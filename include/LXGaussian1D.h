@@ -15,6 +15,7 @@ public:
     explicit LXGaussianTaps(double sigma);
 
     int Radius() const { return m_radius; }
+    const std::vector<double>& Weights() const { return m_weights; }
 
     /// add(pixel, weight) for each tap around destination i. Kernels moved from have no taps.
     template <class Add>
@@ -103,6 +104,9 @@ public:
             alpha < 1 ? LXRGBA32i{}
                       : LXRGBA32i{straight(blue), straight(green), straight(red), alpha};
     }
+
+    /// The same for first .. last - 1 at once, and several times as fast.
+    void Line(int first, int last) const;
 
 private:
     LXGaussianTaps m_taps;

@@ -122,6 +122,30 @@ TEST(Gaussians, Lines) {
     EXPECT_EQ(Through(LXGaussian1DPremul(2), clear, 0, 9), Line(9));
 }
 
+/// Line is operator() many times over, to the last bit: on opaque, random and faint pixels.
+TEST(Gaussians, WholeLines) {
+    for (const double sigma : {0.1, 0.7, 5.0, 15.0, 40.0})
+        for (const unsigned int kind : {0U, 1U, 2U}) {
+            Line source = RandomLine(1000, kind);
+            for (LXRGBA32i& pixel : source)
+                pixel.alpha = kind == 0 ? 255 : std::uint8_t(pixel.alpha / (kind == 1 ? 1 : 60));
+            for (const auto& [first, last] :
+                 {std::pair(0, 1000), std::pair(3, 4), std::pair(70, 399)}) {
+                LXGaussian1DPremul kernel(sigma);
+                const Line expected = Through(kernel, source, 0, 1000);
+                Line line(1000, LXRGBA32i{9, 9, 9, 9});
+                kernel.SetSource(&source);
+                kernel.SetDestination(&line);
+                kernel.Line(first, last);
+                for (int i = 0; i < 1000; ++i)
+                    ASSERT_EQ(line[std::size_t(i)], i >= first && i < last
+                                                        ? expected[std::size_t(i)]
+                                                        : (LXRGBA32i{9, 9, 9, 9}))
+                        << sigma << " " << kind << " " << i;
+            }
+        }
+}
+
 TEST(Gaussians, ValuesThatAreNoSigma) {
     const Line source = RandomLine(20, 1);
     for (const double sigma : {0.0, 1e-200, HUGE_VAL, -HUGE_VAL, std::nan("")}) {

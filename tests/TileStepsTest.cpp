@@ -1,6 +1,7 @@
 #include "LXImage.h"
 #include "LXTransformImageColorsIterative.h"
 #include "LXTransformImagePixel.h"
+#include "LXTransformImagePixelIterative.h"
 #include "support/ExhaustionSweep.h"
 #include "support/Pictures.h"
 
@@ -76,6 +77,38 @@ TEST(TileSteps, OneCallTakesExactlyTheRectangle) {
     }
 }
 
+TEST(TileSteps, PixelsOnThePoolSkipTheFirstRows) {
+    const TestPool pool;
+    for (const QRect& rect : Rects) {
+        const Image before = RandomImage(300, 280, 2);
+        Image image(before);
+        LXTransformImagePixelIterative<Image, Place> steps(Place(), image, rect);
+        int count = 0;
+        while (!steps())
+            ++count;
+        EXPECT_EQ(count, LXTileSteps<Image>::GetTileCount(image, rect));
+        EXPECT_TRUE(steps());
+        // For each tile row: r counts from the rectangle's first row in it, and is compared as if
+        // it counted from the tile's.
+        Image expected(before);
+        const QRect part = rect & LXImageRect(image);
+        for (int row = part.top() / 128; row <= part.bottom() / 128; ++row) {
+            const int y0 = std::max(part.top() - row * 128, 0);
+            const int y1 = std::min(part.bottom() - row * 128, 127);
+            for (int r = 0; r < 128 - y0; ++r)
+                for (int x = part.left(); x <= part.right(); ++x) {
+                    const int y = row * 128 + y0 + r;
+                    if (r < y0 || r > y1 || y >= 280)
+                        continue;
+                    LXRGBA32i pixel = before.GetColor(x, y);
+                    Place()(x, row * 128 + r, pixel);
+                    expected.SetColor(x, y, pixel);
+                }
+        }
+        EXPECT_TRUE(SamePixels(image, expected)) << rect.x() << " " << rect.y();
+    }
+}
+
 TEST(TileSteps, RectanglesWithoutPixelsGiveNoSteps) {
     const TestPool pool;
     Image image(300, 280);
@@ -91,11 +124,18 @@ TEST(TileSteps, PassOnWhatAFunctorThrows) {
     TestPool pool;
     struct Thrower {
         void operator()(LXRGBA32i&) const { throw std::runtime_error("no"); }
+        void operator()(int x, int, LXRGBA32i&) const {
+            if (x == 100)
+                throw std::runtime_error("no");
+        }
     };
     {
         Image image(300, 280);
         LXTransformImageColorsIterative<Image, Thrower> steps(Thrower(), image, LXImageRect(image));
         EXPECT_THROW(steps(), std::runtime_error);
+        LXTransformImagePixelIterative<Image, Thrower> onThePool(Thrower(), image,
+                                                                 LXImageRect(image));
+        EXPECT_THROW(onThePool(), std::exception);
         image.SetColor(0, 0, {1, 1, 1, 1}); // the tile is free again
     }
     EXPECT_EQ(pool.InUse(), 0u);

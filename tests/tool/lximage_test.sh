@@ -362,6 +362,33 @@ check "histogram without a drawing" exits 0 histogram base.png
 check "histogram of a missing file" exits 1 histogram missing.png none.png
 check "no output of what failed" absent none.png
 
+# --- blur ------------------------------------------------------------------------------------------
+
+blurred() { # options: the picture differs from base.png
+    exits 0 blur "$@" base.png blurred.png && ! same_pixels blurred.png base.png
+}
+printf '0 -1 0\n-1, 5, -1\n0 -1 0\n' >sharpen.txt
+printf '0 0 0\n\n0 1 0\n0 0 0\n' >same.txt
+printf '1 2\n3\n' >ragged.txt
+printf '1 two\n' >words.txt
+: >empty.txt
+check "box blur" blurred --box 3
+check "gaussian" blurred --gauss 2.5
+check "gaussian in a rectangle" blurred --gauss 2.5 --rect 10,10,20x30
+check "through a mask" blurred --box 4 --selection base.png
+check "sharpening kernel" blurred --kernel sharpen.txt
+check "kernel of one" exits 0 blur --kernel same.txt base.png same.png
+check "kernel of one changes nothing" same_pixels same.png base.png
+check "box of one" exits 0 blur --box 0 base.png same.png
+for arguments in "" "--box 1 --gauss 1" "--box -1" "--box 1.5" "--gauss 0" "--gauss x" \
+    "--box 1 --rect 1,2" "--box 1 --rect 9999,0,5x5"; do
+    # shellcheck disable=SC2086
+    check "blur $arguments" exits 2 blur $arguments base.png none.png
+done
+for kernel in ragged.txt words.txt empty.txt missing.txt scene.png; do
+    check "kernel $kernel" exits 1 blur --kernel $kernel base.png none.png
+done
+
 # --- interruption --------------------------------------------------------------------------------
 
 mkdir stopped
@@ -385,6 +412,10 @@ exec 3<&-
 "$tool" scene --size 8000x8000 stopped/old.png 2>stderr &
 check "SIGINT while working" ends_on INT $!
 check "SIGINT while working: message" complained "interrupted"
+
+"$tool" blur --gauss 300 base.png stopped/old.png 2>stderr &
+check "SIGINT between lines" ends_on INT $!
+check "SIGINT between lines: message" complained "interrupted"
 
 check "interruption leaves no new file" [ "$(ls -A stopped)" = old.png ]
 check "interruption leaves the old file" cmp -s stopped/old.png <(echo old)

@@ -10,6 +10,7 @@ const std::vector<Command>& Commands() {
         {"convert", "[options] IN OUT", "Convert the file format or the pixel format", RunConvert},
         {"adjust", "NAME [options] IN OUT", "Change colours; --list tells how", RunAdjust},
         {"blend", "[options] BASE TOP OUT", "Lay one picture on another", RunBlend},
+        {"blur", "[options] IN OUT", "Blur, or convolve with a kernel", RunBlur},
         {"histogram", "[options] FILE [OUT]", "Count levels and draw the counts", RunHistogram},
         {"scene", "[options] OUT", "Paint a picture to try things on", RunScene},
     };

@@ -25,6 +25,7 @@ QString GeneralHelp();
 
 int RunInfo(const Command& command, const QStringList& arguments);
 int RunAdjust(const Command& command, const QStringList& arguments);
+int RunBlur(const Command& command, const QStringList& arguments);
 int RunBlend(const Command& command, const QStringList& arguments);
 int RunConvert(const Command& command, const QStringList& arguments);
 int RunHistogram(const Command& command, const QStringList& arguments);

@@ -26,6 +26,15 @@ QPoint ParsePoint(const QString& text) {
     return {match.captured(1).toInt(), match.captured(2).toInt()};
 }
 
+QRect ParseRect(const QString& text) {
+    static const QRegularExpression pattern(
+        QStringLiteral("^(-?[0-9]{1,8},-?[0-9]{1,8}),([0-9]+x[0-9]+)$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch())
+        throw UsageError{QStringLiteral("'%1' is no rectangle; write 10,25,300x200").arg(text)};
+    return QRect(ParsePoint(match.captured(1)), ParseSize(match.captured(2), 100000000));
+}
+
 double ParseNumber(const QString& text, const QString& what, double low, double high) {
     bool isNumber = false;
     const double value = text.toDouble(&isNumber);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QPoint>
+#include <QtCore/QRect>
 #include <QtCore/QSize>
 #include <QtCore/QString>
 
@@ -11,6 +12,9 @@ QSize ParseSize(const QString& text, int longest);
 
 /// "-10,25"
 QPoint ParsePoint(const QString& text);
+
+/// "-10,25,300x200": the top left corner and the size.
+QRect ParseRect(const QString& text);
 
 /// A number from `low` to `high`; `what` says in the message what it is.
 double ParseNumber(const QString& text, const QString& what, double low, double high);

@@ -1,0 +1,268 @@
+#include "LXBoxBlurIterative.h"
+#include "LXGaussian1D.h"
+#include "LXIterativeConvolve.h"
+#include "LXShiftEdge1D.h"
+#include "LXSimpleKernel1D.h"
+#include "support/ExhaustionSweep.h"
+#include "support/Plane.h"
+#include "support/ReferenceKernels.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <climits>
+#include <functional>
+#include <stdexcept>
+#include <type_traits>
+
+namespace {
+
+using namespace Reference;
+using Image = LXImageRGBA32i;
+
+const QRect Parts[] = {QRect(0, 0, 200, 150),   QRect(-20, -20, 300, 300), QRect(0, 0, 10, 10),
+                       QRect(190, 140, 40, 40), QRect(100, 0, 60, 150),    QRect(127, 127, 2, 2),
+                       QRect(128, 20, 1, 100)};
+const QRect Outside(200, 0, 5, 5);
+const QRect Inverted(QPoint(50, 50), QPoint(40, 60));
+
+/// The lines of a plane along an axis, one after the other through `change(line, first, count)`,
+/// which returns the new pixels of the part.
+using ChangeLine = std::function<Line(const Line&, int first, int count)>;
+
+void ForLines(Plane& plane, const QRect& part, bool columns, int lines, const ChangeLine& change) {
+    const int first = columns ? part.top() : part.left();
+    const int count = columns ? part.height() : part.width();
+    for (int n = 0; n < lines; ++n) {
+        const int cross = (columns ? part.left() : part.top()) + n;
+        const auto at = [&](int along) -> LXRGBA32i& {
+            return columns ? plane.At(cross, along) : plane.At(along, cross);
+        };
+        Line line;
+        for (int i = 0; i < (columns ? plane.height : plane.width); ++i)
+            line.push_back(at(i));
+        const Line changed = change(line, first, count);
+        for (int i = 0; i < count; ++i)
+            at(first + i) = changed[std::size_t(i)];
+    }
+}
+
+/// What shells have in common: a stop after any number of steps leaves the lines before it done and
+/// the rest untouched, and steps after the last do nothing.
+template <class MakeShell>
+void CheckSteps(const MakeShell& makeShell, const QRect& part, bool columns,
+                const ChangeLine& change) {
+    const Plane before = RandomPlane(200, 150, 1);
+    const int lines = !part.isValid() ? 0 : columns ? part.width() : part.height();
+    for (const int stop : {0, 1, lines / 2, lines, lines + 3}) {
+        SCOPED_TRACE(testing::Message() << part.x() << " " << part.y() << " " << part.width() << " "
+                                        << part.height() << (columns ? " V " : " H ") << stop);
+        Image image = ImageOf(before);
+        const Image other = image;
+        auto shell = makeShell(image);
+        for (int n = 0; n < stop; ++n) {
+            if constexpr (std::is_same_v<decltype((*shell)()), bool>)
+                EXPECT_EQ((*shell)(), n >= lines);
+            else
+                (*shell)();
+        }
+        Plane expected = before;
+        ForLines(expected, part, columns, std::min(stop, lines), change);
+        ASSERT_TRUE(Same(PlaneOf(image), expected));
+        EXPECT_TRUE(Same(PlaneOf(other), before));
+    }
+}
+
+template <class Kernel>
+void CheckConvolve(const Kernel& kernel, const QRect& rect) {
+    const QRect all(0, 0, 200, 150);
+    const QRect part = rect.isNull() ? all : rect.isValid() ? rect & all : QRect();
+    const ChangeLine change = [&](const Line& line, int first, int count) {
+        Kernel k = kernel;
+        Line result(std::size_t(count), LXRGBA32i{});
+        k.SetSource(&line);
+        k.SetDestination(&result);
+        k.SetSourceOffset(first);
+        for (int i = 0; i < count; ++i)
+            k(i);
+        return result;
+    };
+    CheckSteps(
+        [&](Image& image) {
+            return std::make_unique<LXBlur::LXIterativeConvolveH<Image, Kernel>>(kernel, image,
+                                                                                 rect);
+        },
+        part, false, change);
+    CheckSteps(
+        [&](Image& image) {
+            return std::make_unique<LXBlur::LXIterativeConvolveV<Image, Kernel>>(kernel, image,
+                                                                                 rect);
+        },
+        part, true, change);
+}
+
+/// An application's own: the pixel to the left, tinted. It counts its calls, and changes itself,
+/// which no step may carry to the next.
+class LeftNeighbour {
+public:
+    explicit LeftNeighbour(std::atomic<int>* calls) : m_calls(calls) {}
+    void SetSource(const std::vector<LXRGBA32i>* source) { m_source = source; }
+    void SetDestination(std::vector<LXRGBA32i>* destination) { m_destination = destination; }
+    void SetSourceOffset(int offset) { m_offset = offset; }
+    int Left() const { return 1; }
+    int Right() const { return 0; }
+    void operator()(int i) {
+        ++*m_calls;
+        const int p = std::max(i + m_offset - 1, 0);
+        LXRGBA32i pixel = (*m_source)[std::size_t(p)];
+        pixel.blue ^= 0x55;
+        (*m_destination)[std::size_t(i)] = pixel;
+    }
+
+private:
+    std::atomic<int>* m_calls;
+    const std::vector<LXRGBA32i>* m_source = nullptr;
+    std::vector<LXRGBA32i>* m_destination = nullptr;
+    int m_offset = 0;
+};
+
+template <class Wrapper, class Accumulator>
+void CheckBoxBlur(const Accumulator& accumulator, int radius, const QRect& rect) {
+    const QRect all(0, 0, 200, 150);
+    const QRect part = radius < 0 ? QRect() : rect.isValid() ? rect & all : all;
+    const ChangeLine change = [&](const Line& line, int first, int count) {
+        Line result;
+        for (int i = 0; i < count; ++i) {
+            Accumulator sums = accumulator;
+            for (int p = first + i - radius; p <= first + i + radius; ++p)
+                if (std::is_void_v<Wrapper> || (p >= 0 && p < int(line.size())))
+                    sums.Add(Reference::At(line, p));
+                else
+                    sums.Add(LXRGBA32i{});
+            LXRGBA32i pixel{};
+            sums.Finalize(pixel);
+            result.push_back(pixel);
+        }
+        return result;
+    };
+    using H = LXBlur::LXBoxBlurIterativeH<Image, Accumulator, Wrapper>;
+    using V = LXBlur::LXBoxBlurIterativeV<Image, Accumulator, Wrapper>;
+    CheckSteps([&](Image& image) { return std::make_unique<H>(radius, accumulator, image, rect); },
+               part, false, change);
+    CheckSteps([&](Image& image) { return std::make_unique<V>(radius, accumulator, image, rect); },
+               part, true, change);
+}
+
+} // namespace
+
+TEST(LineSteps, ConvolveLineByLine) {
+    const TestPool pool;
+    for (const QRect& rect : Parts)
+        CheckConvolve(LXGaussian1DPremul(2.0), rect);
+    for (const QRect& rect : {QRect(), Outside, Inverted, QRect(50, 40, 60, 30)}) {
+        CheckConvolve(LXSimpleBoxKernel1D(200), rect);
+        CheckConvolve(LXSimpleSharpenKernel1D(200), rect);
+        CheckConvolve(LXGaussian1D(1.0), rect);
+        CheckConvolve(LXGaussianAlpha1D(60.0), rect);
+        CheckConvolve(LXShiftEdge1D(-3), rect);
+    }
+}
+
+TEST(LineSteps, TakeTheKernelsOfApplications) {
+    const TestPool pool;
+    std::atomic<int> calls{0};
+    Image image = RandomImage(200, 150, 2);
+    LXBlur::LXIterativeConvolveH<Image, LeftNeighbour> steps(LeftNeighbour(&calls), image,
+                                                             QRect(10, 5, 190, 20));
+    const LXRGBA32i left = image.GetColor(9, 24);
+    for (int n = 1; n <= 20; ++n) {
+        steps();
+        EXPECT_EQ(calls, 190 * n) << "once for each index";
+    }
+    EXPECT_EQ(image.GetColor(10, 24),
+              (LXRGBA32i{std::uint8_t(left.blue ^ 0x55), left.green, left.red, left.alpha}));
+    CheckConvolve(LeftNeighbour(&calls), QRect());
+}
+
+TEST(LineSteps, BoxBlurLineByLine) {
+    const TestPool pool;
+    using Opaque = LXBlur::LXRGBA32iColorWrapper<0U>;
+    const LXRGBA32i colour{5, 6, 7, 8};
+    for (const QRect& rect : Parts)
+        CheckBoxBlur<void>(LXRGBABlurAccumulatorPremul(6), 6, rect);
+    for (const QRect& rect : {QRect(), Outside, Inverted, QRect(50, 40, 60, 30)})
+        for (const int radius : {0, 20, 170}) {
+            CheckBoxBlur<void>(LXRGBABlurAccumulatorPremul(radius), radius, rect);
+            CheckBoxBlur<void>(LXRGBABlurAccumulator(radius), radius, rect);
+            CheckBoxBlur<void>(LXAlphaBlurAccumulator(radius), radius, rect);
+            CheckBoxBlur<Opaque>(LXAlphaBlurAccumulator(radius), radius, rect);
+            CheckBoxBlur<Opaque>(LXRGBABlurAccumulatorPremul(radius), radius, rect);
+            CheckBoxBlur<void>(LXAlphaBlurAccumulatorWithInvert(radius), radius, rect);
+            CheckBoxBlur<void>(LXAlphaBlurAccumulatorWithRGBColorize(radius, colour), radius, rect);
+        }
+    CheckBoxBlur<void>(LXAlphaBlurAccumulator(-1), -1, QRect());
+    CheckBoxBlur<void>(LXAlphaBlurAccumulator(INT_MIN), INT_MIN, QRect(1, 1, 5, 5));
+}
+
+/// A strip of an image so high that its results are limited to fewer columns.
+TEST(LineSteps, BoxBlurOfAHighImage) {
+    const TestPool pool;
+    Image image(100, 60000);
+    for (int y = 0; y < 60000; y += 7)
+        image.SetColor(y % 100, y, LXRGBA32i{1, 2, 3, std::uint8_t(y)});
+    const Plane before = PlaneOf(image);
+    using Sums = LXAlphaBlurAccumulator;
+    LXBlur::LXBoxBlurIterativeV<Image, Sums, void> steps(3, Sums(3), image, QRect());
+    while (!steps()) {
+    }
+    for (int x = 0; x < 100; ++x)
+        for (int y = 0; y < 60000; y += 501) {
+            int sum = 0;
+            for (int k = -3; k <= 3; ++k)
+                sum += before.Clamped(x, y + k).alpha;
+            ASSERT_EQ(image.GetColor(x, y), (LXRGBA32i{0, 0, 0, std::uint8_t(sum / 7)})) << x;
+        }
+}
+
+TEST(LineSteps, PassOnWhatAKernelThrows) {
+    TestPool pool;
+    struct Thrower : LeftNeighbour {
+        using LeftNeighbour::LeftNeighbour;
+        void operator()(int i) {
+            if (i == 120)
+                throw std::runtime_error("no");
+            LeftNeighbour::operator()(i);
+        }
+    };
+    std::atomic<int> calls{0};
+    {
+        Image image = RandomImage(200, 150, 3);
+        LXBlur::LXIterativeConvolveH<Image, Thrower> steps(Thrower(&calls), image, QRect());
+        EXPECT_THROW(steps(), std::exception);
+        EXPECT_TRUE(SamePixels(image, RandomImage(200, 150, 3)));
+    }
+    EXPECT_EQ(pool.InUse(), 0u);
+}
+
+TEST(LineSteps, RunOutOfTiles) {
+    const auto sweep = [](auto run) {
+        return SweepExhaustion([] { return Image(300, 280); }, run,
+                               [](const Image&, const ExhaustionOutcome& outcome) {
+                                   EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
+                               });
+    };
+    EXPECT_GE(sweep([](Image& image) {
+                  LXBlur::LXIterativeConvolveV<Image, LXSimpleBoxKernel1D> steps(
+                      LXSimpleBoxKernel1D(9), image, QRect());
+                  for (int i = 0; i < 300; ++i)
+                      steps();
+              }),
+              3u);
+    EXPECT_GE(sweep([](Image& image) {
+                  using Sums = LXAlphaBlurAccumulator;
+                  LXBlur::LXBoxBlurIterativeV<Image, Sums, void> steps(2, Sums(2), image, QRect());
+                  while (!steps()) {
+                  }
+              }),
+              3u);
+}
