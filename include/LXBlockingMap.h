@@ -2,6 +2,8 @@
 
 #include "LXExport.h"
 
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #if defined(__SANITIZE_THREAD__)
@@ -71,4 +73,32 @@ void LXBlockingMap(std::vector<LXIndexRun>& runs, Functor& functor) {
     LXMapDetail::BlockingMap(
         runs, {[](void* f, const LXIndexRun& run) { (*static_cast<Item*>(f))(run); }, &item});
     LXMapDetail::Order::Acquire(&item.order.end);
+}
+
+namespace LXMapDetail {
+
+/// A functor of indices may offer runs as well, by a const member Line(first, last), which must do
+/// what operator() does to each of first .. last - 1.
+template <class Functor, class = void>
+struct OffersLines : std::false_type {};
+template <class Functor>
+struct OffersLines<Functor, std::void_t<decltype(std::declval<const Functor&>().Line(0, 0))>>
+    : std::true_type {};
+
+} // namespace LXMapDetail
+
+/// Calls functor(i) once for each index of the runs, as LXBlockingMap does it. The functor is
+/// copied for the map: what it changes in itself is gone afterwards.
+template <class Functor>
+void LXMapIndices(std::vector<LXIndexRun>& runs, const Functor& functor) {
+    Functor copy = functor;
+    const auto work = [&copy](const LXIndexRun& run) {
+        if constexpr (LXMapDetail::OffersLines<Functor>::value) {
+            copy.Line(run.first, run.last);
+        } else {
+            for (int i = run.first; i < run.last; ++i)
+                copy(i);
+        }
+    };
+    LXBlockingMap(runs, work);
 }

@@ -7,7 +7,7 @@
 #include "LXWorkRect.h"
 
 #include <algorithm>
-#include <type_traits>
+#include <cstddef>
 #include <vector>
 
 /// A one-dimensional kernel over an image in steps of one line: the kernels of this library, or one
@@ -24,14 +24,6 @@
 /// out of the step as LXBlockingMap tells; without a tile for the line std::bad_alloc does.
 
 namespace LXLineDetail {
-
-/// A kernel may offer runs of indices as well, by a const member Line(first, last), which must do
-/// what operator() does to each of first .. last - 1.
-template <class Kernel, class = void>
-struct OffersLines : std::false_type {};
-template <class Kernel>
-struct OffersLines<Kernel, std::void_t<decltype(std::declval<const Kernel&>().Line(0, 0))>>
-    : std::true_type {};
 
 template <class Image, class Kernel, class Axis>
 class IterativeConvolve {
@@ -65,16 +57,7 @@ protected:
     /// Computes the next line and writes it. False if it could not be written.
     bool DoLine() {
         Axis::Read(*m_image, m_current, m_readStart, m_source);
-        Kernel kernel = m_kernel; // each line starts with the kernel as it was given
-        const auto work = [&kernel](const LXIndexRun& run) {
-            if constexpr (OffersLines<Kernel>::value) {
-                kernel.Line(run.first, run.last);
-            } else {
-                for (int i = run.first; i < run.last; ++i)
-                    kernel(i);
-            }
-        };
-        LXBlockingMap(m_indices, work);
+        LXMapIndices(m_indices, m_kernel);
         return Axis::Write(*m_image, m_current, m_first, m_destination);
     }
     void Next() { ++m_current; }

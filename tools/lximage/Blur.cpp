@@ -5,6 +5,7 @@
 #include "LXBoxBlurIterative.h"
 #include "LXGaussian1D.h"
 #include "LXImageConvolution.h"
+#include "LXIterativeBlend.h"
 #include "LXIterativeConvolve.h"
 #include "Mask.h"
 #include "Picture.h"
@@ -125,6 +126,19 @@ Blur ChosenBlur(const CommandLine& line) {
     };
 }
 
+/// Copies a rectangle, as far as the mask lets it through if there is one.
+void CopyBack(const Image& from, Image& to, const QRect& rect, const Image* mask) {
+    using namespace LXBlend;
+    if (!mask)
+        return BlendOn(from, rect, QPainter::CompositionMode_Source, to, rect, 1.0, false);
+    using Blender = LXSelectionBlender<LXRGBA32i, LXSourceBySelection, LXRGBA32i>;
+    using Steps = LXIterativeBlendBySelection<Image, Blender, Image>;
+    const QRect all;
+    Steps steps(Blender({}), from, to, *mask, rect, rect, all);
+    for (int n = Steps::GetIterationCount(from, to, *mask, rect, rect, all); n > 0; --n)
+        steps();
+}
+
 } // namespace
 
 int RunBlur(const Command& command, const QStringList& arguments) {
@@ -161,14 +175,9 @@ int RunBlur(const Command& command, const QStringList& arguments) {
         throw UsageError{QStringLiteral("the rectangle lies outside the picture")};
     Image blurred = picture.pixels;
     blur(blurred, rect);
-    if (line.IsSet(selection)) {
-        const Image mask = LoadMask(line.Value(selection));
-        const QRect place = line.IsSet(rectOption) ? given : all;
-        BlendMaskOn(blurred, place, QPainter::CompositionMode_Source, picture.pixels, place, 1.0,
-                    mask, QRect(QPoint(0, 0), place.size()), false, false);
-    } else {
-        BlendOn(blurred, rect, QPainter::CompositionMode_Source, picture.pixels, rect, 1.0, false);
-    }
+    const Image mask = line.IsSet(selection) ? LoadMask(line.Value(selection)) : Image(0, 0);
+    CopyBack(blurred, picture.pixels, line.IsSet(rectOption) ? given : all,
+             line.IsSet(selection) ? &mask : nullptr);
     StopIfInterrupted();
     SavePicture(picture, out, format);
     return 0;
