@@ -34,3 +34,8 @@ inline QRect LXGrown(const QRect& rect, qint64 left, qint64 top, qint64 right, q
 inline QRect LXGrown(const QRect& rect, qint64 sides) {
     return LXGrown(rect, sides, sides, sides, sides);
 }
+
+/// The rectangle moved, limited as LXGrown.
+inline QRect LXMoved(const QRect& rect, const QPoint& by) {
+    return LXGrown(rect, -qint64(by.x()), -qint64(by.y()), by.x(), by.y());
+}
