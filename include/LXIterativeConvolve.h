@@ -36,8 +36,8 @@ protected:
         m_current = Axis::CrossFirst(part);
         m_last = Axis::CrossLast(part);
         m_first = Axis::AlongFirst(part);
-        const qint64 left = qint64(m_first) - m_kernel.Left();
-        const qint64 right = qint64(Axis::AlongLast(part)) + m_kernel.Right();
+        const qint64 left = qint64(m_first) - std::max(m_kernel.Left(), 0);
+        const qint64 right = qint64(Axis::AlongLast(part)) + std::max(m_kernel.Right(), 0);
         m_readStart = int(std::max<qint64>(left, 0));
         const qint64 readEnd = std::min<qint64>(right, Axis::Extent(image) - 1);
         m_source.resize(std::size_t(readEnd + 1 - m_readStart));

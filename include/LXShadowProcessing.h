@@ -25,8 +25,10 @@ struct LXShadowData {
     LXImageRGBA32i image{0, 0};
     LXImageRGBA32i selection{0, 0};
     LXImageRGBA32i reserved{0, 0};
-    QPoint selectionOrigin;    ///< of the selection, on the image
-    bool useSelection = false; ///< also where the selection has no pixels
+    QPoint selectionOrigin; ///< of the selection, on the image
+    /// Whether what lies beyond the selection is part of the shape. With a selection of no size the
+    /// shape is the whole picture then, and otherwise nothing.
+    bool useSelection = false;
 };
 
 /// Makes the shadow that a picture drops: its shape, blurred, in one colour. Composing it with the
