@@ -19,7 +19,8 @@
 ///
 /// An object may offer whole runs of neighbouring pixels as well, by a const member
 /// `TransformRun(LXRGBA32i* pixels, unsigned int count)`, which must do what operator() does to
-/// each of them; the walks then use that.
+/// each of them; the walks then use that. So may a visitor of colours, by
+/// `VisitRun(const LXRGBA32i* pixels, unsigned int count)`.
 
 namespace LXWalkDetail {
 
@@ -37,6 +38,23 @@ void TransformRun(const Transform& transform, LXRGBA32i* pixels, unsigned int co
     } else {
         for (unsigned int i = 0; i < count; ++i)
             transform(pixels[i]);
+    }
+}
+
+template <class Visitor, class = void>
+struct TakesRuns : std::false_type {};
+template <class Visitor>
+struct TakesRuns<Visitor, std::void_t<decltype(std::declval<const Visitor&>().VisitRun(
+                              std::declval<const LXRGBA32i*>(), 0U))>> : std::true_type {};
+
+/// One run to a visitor of colours.
+template <class Visitor>
+void VisitRun(const Visitor& visitor, const LXRGBA32i* pixels, unsigned int count) {
+    if constexpr (TakesRuns<Visitor>::value) {
+        visitor.VisitRun(pixels, count);
+    } else {
+        for (unsigned int i = 0; i < count; ++i)
+            visitor(pixels[i]);
     }
 }
 
@@ -103,6 +121,17 @@ inline QImage Readable(const QImage& image) {
     return AsARGB32(image);
 }
 
+/// A whole visit: `visit(row, x, y, count)` for each row of the part of the rectangle that lies in
+/// the image.
+template <class Image, class Visit>
+bool VisitRows(const Image& image, const QRect& rect, Visit visit) {
+    return Guarded(image, [&] {
+        const QRect part = rect & RectOf(image);
+        if (!part.isEmpty())
+            ForRows(Readable(image), part, visit);
+    });
+}
+
 } // namespace LXWalkDetail
 
 /// Changes pixels. Always true. What the transform throws goes to the caller.
@@ -156,16 +185,11 @@ struct LXTransformImageColors<LXImageRGBA32i, Transform> {
 template <class Image, class Visitor>
 struct LXVisitImagePixel {
     bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
-        return LXWalkDetail::Guarded(image, [&] {
-            const QRect part = rect & LXWalkDetail::RectOf(image);
-            if (part.isEmpty())
-                return;
-            LXWalkDetail::ForRows(LXWalkDetail::Readable(image), part,
-                                  [&](const LXRGBA32i* row, int x, int y, int count) {
-                                      for (int i = 0; i < count; ++i)
-                                          visitor(x + i, y, row[i]);
-                                  });
-        });
+        return LXWalkDetail::VisitRows(image, rect,
+                                       [&](const LXRGBA32i* row, int x, int y, int count) {
+                                           for (int i = 0; i < count; ++i)
+                                               visitor(x + i, y, row[i]);
+                                       });
     }
 };
 
@@ -173,7 +197,8 @@ struct LXVisitImagePixel {
 template <class Image, class Visitor>
 struct LXVisitImageColors {
     bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
-        const auto anywhere = [&](int, int, const LXRGBA32i& pixel) { visitor(pixel); };
-        return LXVisitImagePixel<Image, decltype(anywhere)>()(image, rect, anywhere);
+        return LXWalkDetail::VisitRows(image, rect, [&](const LXRGBA32i* row, int, int, int count) {
+            LXWalkDetail::VisitRun(visitor, row, unsigned(count));
+        });
     }
 };
