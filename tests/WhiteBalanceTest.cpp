@@ -1,0 +1,415 @@
+#include "LXConvertImage.h"
+#include "LXTransformImageColors.h"
+#include "RMWBTransformation.h"
+#include "color/whitebalance/OrderedSum.h"
+#include "support/AdjustmentChecks.h"
+#include "support/ReferenceWhiteBalance.h"
+#include "support/TestPool.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <stdexcept>
+
+namespace {
+
+using Data = RMWBTransformation::AlgorithmData;
+using Function = RMWBTransformation::BalanceFunction;
+using Pixels = std::vector<LXRGBA32i>;
+using Doubles = std::vector<double>;
+
+struct Named {
+    const char* name;
+    LXImageRGBA32i image;
+};
+
+LXImageRGBA32i Painted(unsigned int width, unsigned int height,
+                       const std::function<LXRGBA32i(int x, int y)>& colour) {
+    LXImageRGBA32i image(width, height);
+    for (int y = 0; y < int(height); ++y)
+        for (int x = 0; x < int(width); ++x)
+            image.SetColor(x, y, colour(x, y));
+    return image;
+}
+
+LXRGBA32i Colour(int r, int g, int b) {
+    const auto byte = [](int v) { return std::uint8_t(std::clamp(v, 0, 255)); };
+    return {byte(b), byte(g), byte(r), 255};
+}
+
+/// Soft gray shapes with a little colour and noise, under a coloured light.
+LXImageRGBA32i Scene(unsigned int width, unsigned int height, double r, double g, double b) {
+    RandomPixels random(3);
+    return Painted(width, height, [&](int x, int y) {
+        const double light = 120 + 70 * std::sin(x / 31.0) * std::cos(y / 23.0) + random.Below(12);
+        const double tint = 14 * std::sin(x / 57.0 + y / 71.0);
+        return Colour(int((light + tint) * r), int(light * g), int((light - tint) * b));
+    });
+}
+
+std::vector<Named> Pictures() {
+    RandomPixels random(2);
+    std::vector<Named> pictures;
+    pictures.push_back({"empty", LXImageRGBA32i(0, 0)});
+    for (const auto& [name, colour] :
+         std::vector<std::pair<const char*, LXRGBA32i>>{{"black", {0, 0, 0, 255}},
+                                                        {"white", {255, 255, 255, 0}},
+                                                        {"orange", {10, 120, 230, 9}}})
+        for (const unsigned int size : {1U, 150U})
+            pictures.push_back({name, Painted(size, size, [c = colour](int, int) { return c; })});
+    pictures.push_back({"two levels", Painted(130, 3, [](int x, int) {
+                            return x % 5 ? Colour(100, 100, 100) : Colour(101, 101, 101);
+                        })});
+    pictures.push_back({"black and white", Painted(40, 40, [](int x, int y) {
+                            return (x ^ y) & 1 ? Colour(255, 255, 255) : Colour(0, 0, 0);
+                        })});
+    pictures.push_back({"green alone varies",
+                        Painted(60, 60, [](int x, int y) { return Colour(90, x + y, 120); })});
+    pictures.push_back(
+        {"green is still", Painted(60, 60, [](int x, int y) { return Colour(x + y, 77, 2 * x); })});
+    pictures.push_back({"no gray", Painted(200, 90, [&](int x, int) {
+                            return Colour(255 - x / 4, int(random.Below(30)), x / 9);
+                        })});
+    pictures.push_back({"gray from late on", Painted(300, 140, [](int x, int y) {
+                            return y < 130 ? Colour(250, x % 9, 3) : Colour(x, x, x + 4);
+                        })});
+    pictures.push_back({"one row", RandomImage(1000, 1, 5)});
+    pictures.push_back({"one column", RandomImage(1, 700, 6)});
+    pictures.push_back({"noise", RandomImage(700, 300, 7)});
+    pictures.push_back({"scene", Scene(400, 300, 1, 1, 1)});
+    pictures.push_back({"warm scene", Scene(530, 410, 1.15, 1, 0.7)});
+    pictures.push_back({"dark cold scene", Scene(260, 300, 0.2, 0.3, 0.4)});
+    return pictures;
+}
+
+/// The pixels as the walks meet them: tile by tile.
+Pixels InWalkOrder(const LXImageRGBA32i& image) {
+    Pixels pixels;
+    const int width = int(image.GetWidth()), height = int(image.GetHeight());
+    for (int top = 0; top < height; top += 128)
+        for (int left = 0; left < width; left += 128)
+            for (int y = top; y < std::min(top + 128, height); ++y)
+                for (int x = left; x < std::min(left + 128, width); ++x)
+                    pixels.push_back(image.GetColor(x, y));
+    return pixels;
+}
+
+Pixels InWalkOrder(const QImage& image) {
+    Pixels pixels(std::size_t(image.width()) * std::size_t(image.height()));
+    for (int y = 0; y < image.height(); ++y)
+        std::memcpy(&pixels[std::size_t(y) * std::size_t(image.width())], image.constScanLine(y),
+                    std::size_t(image.width()) * 4);
+    return pixels;
+}
+
+QImage Flat(const LXImageRGBA32i& image) {
+    return ConvertImage<LXImageRGBA32i, QImage>(image);
+}
+
+#define EXPECT_SAME(field)                                                                         \
+    EXPECT_TRUE(data.field == expected.field ||                                                    \
+                (std::isnan(data.field) && std::isnan(expected.field)))                            \
+        << #field << ": " << data.field << " for " << expected.field
+
+void ExpectSame(const Data& data, const Reference::WhiteBalance& expected) {
+    EXPECT_SAME(meanLuma);
+    EXPECT_SAME(meanRed);
+    EXPECT_SAME(meanGreen);
+    EXPECT_SAME(meanBlue);
+    EXPECT_SAME(hueOffset);
+    EXPECT_SAME(meanCb);
+    EXPECT_SAME(meanCr);
+    EXPECT_SAME(minLuma);
+    EXPECT_SAME(maxLuma);
+    EXPECT_SAME(minRed);
+    EXPECT_SAME(minGreen);
+    EXPECT_SAME(minBlue);
+    EXPECT_SAME(maxRed);
+    EXPECT_SAME(maxGreen);
+    EXPECT_SAME(maxBlue);
+    EXPECT_SAME(sdRed);
+    EXPECT_SAME(sdGreen);
+    EXPECT_SAME(sdBlue);
+    EXPECT_SAME(gainRed);
+    EXPECT_SAME(gainGreen);
+    EXPECT_SAME(gainBlue);
+    EXPECT_SAME(shiftRed);
+    EXPECT_SAME(scaleGreen);
+    EXPECT_SAME(shiftBlue);
+    EXPECT_SAME(minAll);
+    EXPECT_SAME(maxAll);
+    EXPECT_SAME(mix);
+    EXPECT_EQ(data.brightnessMean[0], expected.meanLuma);
+    EXPECT_EQ(data.brightnessMean[1], expected.meanLuma);
+    EXPECT_SAME(shadowLevel);
+    EXPECT_SAME(highlightLevel);
+    EXPECT_SAME(selected);
+    EXPECT_SAME(percent);
+    EXPECT_EQ(Entries(data.curve), expected.curve);
+}
+
+/// All levels of all channels through the three functions.
+void ExpectSteps(const LXImageRGBA32i& image, const Reference::WhiteBalance& expected,
+                 int percent) {
+    const RMWBTransformation balance(image, Function::Auto, percent);
+    for (int level = 0; level < 256; ++level) {
+        const LXRGBA32i before{std::uint8_t(level), std::uint8_t(255 - level),
+                               std::uint8_t(level ^ 0x55), std::uint8_t(level * 3)};
+        LXRGBA32i after = before, darker = before, lighter = before;
+        balance.Auto(after);
+        balance.OverExposure(darker);
+        balance.UnderExposure(lighter);
+        ASSERT_EQ(after, Reference::Auto(expected, before, percent)) << level << " " << percent;
+        ASSERT_EQ(darker, Reference::OverExposure(before, percent)) << level << " " << percent;
+        ASSERT_EQ(lighter, Reference::UnderExposure(before, percent)) << level << " " << percent;
+    }
+}
+
+RMWBTransformation Balance(const LXImageRGBA32i& image, Function function) {
+    return RMWBTransformation(image, function, 100);
+}
+
+} // namespace
+
+TEST(WhiteBalance, FindsWhatTheFormulasTell) {
+    const TestPool pool;
+    for (const Named& picture : Pictures()) {
+        SCOPED_TRACE(testing::Message() << picture.name << " " << picture.image.GetWidth());
+        const Data tiled(picture.image);
+        const Reference::WhiteBalance expected = Reference::Analyse(InWalkOrder(picture.image));
+        ExpectSame(tiled, expected);
+        EXPECT_EQ(tiled.rect, LXImageRect(picture.image));
+        for (const int percent : {0, 1, 50, 100})
+            ExpectSteps(picture.image, expected, percent);
+
+        const QImage flat = Flat(picture.image);
+        const Data ofFlat(flat);
+        ExpectSame(ofFlat, Reference::Analyse(InWalkOrder(flat)));
+        EXPECT_EQ(ofFlat.rect, flat.rect());
+    }
+}
+
+TEST(WhiteBalance, OtherFormatsAndMissingTiles) {
+    const TestPool pool;
+    const LXImageRGBA32i noise = RandomImage(300, 140, 8);
+    for (const QImage::Format format :
+         {QImage::Format_RGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_RGB16}) {
+        const QImage picture = Flat(noise).convertToFormat(format);
+        ExpectSame(Data(picture),
+                   Reference::Analyse(InWalkOrder(picture.convertToFormat(QImage::Format_ARGB32))));
+        Data again;
+        again.CalcGreyWorld(picture);
+        EXPECT_EQ(picture.format(), format);
+    }
+
+    LXImageRGBA32i gap(noise);
+    gap.GetTileRow(0)[1] = nullptr;
+    Pixels rest = InWalkOrder(noise);
+    rest.erase(rest.begin() + 128 * 128, rest.begin() + 2 * 128 * 128);
+    ExpectSame(Data(gap), Reference::Analyse(rest));
+    for (unsigned int row : {0U, 1U})
+        for (unsigned int column = 0; column < 3; ++column)
+            gap.GetTileRow(row)[column] = nullptr;
+    ExpectSame(Data(gap), Reference::Analyse({}));
+}
+
+TEST(WhiteBalance, SumsKeepTheBitsOfTheirOrder) {
+    RandomPixels random(9);
+    int taken = 0, refused = 0;
+    for (int round = 0; round < 4000; ++round) {
+        LXOrderedSum::Terms terms;
+        LXRows::LevelCounts counts{};
+        std::vector<std::size_t> levels;
+        // Of few bits in every third round: these terms are often half-way.
+        const double grain = round % 3 == 0 ? 0.25 : 0.001 / 3;
+        for (std::size_t i = 0; i < 256; ++i)
+            terms[i] = random.Below(100000) * grain;
+        for (int n = int(random.Below(400)); n >= 0; --n)
+            levels.push_back(random.Below(256));
+        for (const std::size_t level : levels)
+            ++counts[level];
+        const double start = std::ldexp(1 + random.Below(1000000) / 1e6, int(random.Below(60)));
+        double inOrder = start, atOnce = start;
+        for (const std::size_t level : levels)
+            inOrder += terms[level];
+        if (LXOrderedSum::AddCounted(atOnce, terms, counts)) {
+            ASSERT_EQ(atOnce, inOrder) << round;
+            ++taken;
+        } else {
+            ASSERT_EQ(atOnce, start) << round;
+            ++refused;
+        }
+    }
+    EXPECT_GT(taken, 1000);
+    EXPECT_GT(refused, 100);
+
+    // 1 is half the unit of 2^53 and goes to even: nothing, or 2 from an odd sum.
+    const LXOrderedSum::Terms ones = [] {
+        LXOrderedSum::Terms terms;
+        terms.fill(1);
+        return terms;
+    }();
+    double half = std::ldexp(1, 53), zero = 0;
+    EXPECT_FALSE(LXOrderedSum::AddCounted(half, ones, {3}));
+    EXPECT_FALSE(LXOrderedSum::AddCounted(zero, ones, {3}));
+}
+
+TEST(WhiteBalance, VisitorsAddOnePixelAfterTheOther) {
+    const TestPool pool;
+    const LXImageRGBA32i image = RandomImage(200, 150, 10);
+    const QRect all = LXImageRect(image);
+    std::vector<int> red(256), green(256), blue(256), luma(256), expected(256);
+    double chroma = 0, expectedChroma = 0, sums[6] = {}, expectedSums[6] = {};
+    int count = 0;
+    LXVisitImageColors<LXImageRGBA32i, LXHistogram>()(
+        image, all,
+        LXHistogram(red.data(), green.data(), blue.data(), luma.data(), &chroma, &count));
+    LXVisitImageColors<LXImageRGBA32i, LXCommonParamsCalculator>()(
+        image, all,
+        LXCommonParamsCalculator(&sums[0], &sums[1], &sums[2], &sums[3], &sums[4], &sums[5], &count,
+                                 100.25, 99.1, 0));
+    EXPECT_EQ(count, 2 * 200 * 150);
+    for (const LXRGBA32i& p : InWalkOrder(image)) {
+        --red[p.red];
+        --green[p.green];
+        --blue[p.blue];
+        ++expected[std::size_t((11 * p.red + 59 * p.green + 30 * p.blue) / 100)];
+        const int sum = p.red + p.green + p.blue;
+        expectedChroma +=
+            std::sqrt(p.red * p.red + p.green * p.green + p.blue * p.blue - sum * sum / 3.0);
+        expectedSums[0] += (p.red - 100.25) * (p.red - 100.25);
+        expectedSums[1] += (p.green - 99.1) * (p.green - 99.1);
+        expectedSums[2] += double(p.blue) * p.blue;
+        const auto ycc = Reference::YCbCr(p.red / 255.0, p.green / 255.0, p.blue / 255.0);
+        for (std::size_t k = 0; k < 3; ++k)
+            expectedSums[3 + k] += ycc[k];
+    }
+    for (const auto& counts : {red, green, blue})
+        EXPECT_EQ(counts, std::vector<int>(256));
+    EXPECT_EQ(luma, expected);
+    EXPECT_EQ(chroma, expectedChroma);
+    for (int k = 0; k < 6; ++k)
+        EXPECT_EQ(sums[k], expectedSums[k]) << k;
+}
+
+TEST(WhiteBalance, SelectorTakesTheFirstGrayPixels) {
+    const TestPool pool;
+    const LXImageRGBA32i image = RandomImage(400, 300, 11);
+    for (const double threshold : {0.0, 0.02, 0.75}) {
+        QVector<LXRGBA32i> points, expected;
+        double y = 0, u = 0, v = 0, sums[3] = {};
+        LXVisitImageColors<LXImageRGBA32i, LXGreyPointsSelector>()(
+            image, LXImageRect(image), LXGreyPointsSelector(threshold, &points, &y, &u, &v));
+        for (const LXRGBA32i& p : InWalkOrder(image)) {
+            const auto yuv = Reference::YUV(p.red, p.green, p.blue);
+            const double chroma = std::abs(int(yuv[1])) + std::abs(int(yuv[2]));
+            if (!(chroma / (yuv[0] + 0.00001) < threshold) || expected.size() > 2048)
+                continue;
+            expected.append(p);
+            for (std::size_t k = 0; k < 3; ++k)
+                sums[k] += yuv[k];
+        }
+        EXPECT_EQ(points, expected) << threshold;
+        EXPECT_EQ((std::array<double, 3>{y, u, v}),
+                  (std::array<double, 3>{sums[0], sums[1], sums[2]}));
+        EXPECT_EQ(points.size() == 2049, threshold > 0.5) << points.size();
+        EXPECT_EQ(points.isEmpty(), threshold == 0);
+    }
+}
+
+TEST(WhiteBalance, ColourFormulas) {
+    for (int r = -5; r < 260; r += 5)
+        for (int g = 0; g < 256; g += 3)
+            for (int b = 0; b < 256; b += 3) {
+                double y, u, v, Y, cb, cr;
+                getYUV(r, g, b, y, u, v);
+                getYCbCr(r / 255.0, g / 255.0, b / 255.0, Y, cb, cr);
+                ASSERT_EQ((std::array<double, 3>{y, u, v}), Reference::YUV(r, g, b));
+                ASSERT_EQ((std::array<double, 3>{Y, cb, cr}),
+                          Reference::YCbCr(r / 255.0, g / 255.0, b / 255.0));
+                ASSERT_EQ(getHue(r, g, b), Reference::Hue(r, g, b)) << r << " " << g << " " << b;
+            }
+    EXPECT_EQ(getHue(9, 0, 0), 0);
+    EXPECT_EQ(getHue(0, 9, 0), 120);
+    EXPECT_EQ(getHue(0, 0, 9), 240);
+    EXPECT_EQ(getHue(9, 0, 1), 353);
+    EXPECT_EQ(getHue(INT_MAX, INT_MIN, INT_MIN), 0);
+}
+
+TEST(WhiteBalance, HistogramsAreStretchedAndCompared) {
+    RandomPixels random(12);
+    for (int round = 0; round < 150; ++round) {
+        const unsigned int first = random.Below(256);
+        const unsigned int last = std::min(first + random.Below(1 + unsigned(round) * 2), 255U);
+        Doubles counts(256), target(256, -1);
+        for (unsigned int i = first; i <= last; ++i)
+            counts[i] = random.Below(round % 2 ? 40 : 3000);
+        Doubles source = counts;
+        Data::linearScaleOriginalHistogram(source.data(), target.data(), 256, first, last);
+        const Doubles expected = Reference::Stretch(counts, first, last);
+        ASSERT_EQ(target, expected) << first << " .. " << last;
+        ASSERT_EQ(source, counts);
+        ASSERT_EQ(Data::SelectBrightnessCorrectionByHistogram(source.data(), target.data()),
+                  Reference::SelectBrightness(counts, expected));
+    }
+    Data::linearScaleOriginalHistogram(nullptr, nullptr, 0, 0, 1);
+}
+
+TEST(WhiteBalance, BrightnessCurves) {
+    std::vector<unsigned char> table;
+    for (int i = -60; i <= 60; ++i) {
+        Data::UpdateCurve(table, i / 50.0);
+        ASSERT_EQ(Entries(table), Reference::BrightnessCurve(i / 50.0)) << i;
+        ASSERT_TRUE(std::is_sorted(table.begin(), table.end()) || std::abs(i) > 30) << i;
+    }
+    Data::UpdateCurve(table, 0);
+    EXPECT_EQ(Entries(table), Identity());
+    EXPECT_EQ(Data::InitializeCurveParameters(0)[2], QPointF(127.5, 127.5));
+    EXPECT_EQ(Data::InitializeCurveParameters(5)[2], QPointF(255, 0));
+    Data::UpdateCurve(table, std::nan(""));
+    EXPECT_EQ(table.size(), 256U);
+}
+
+TEST(WhiteBalance, CastsBecomeWeaker) {
+    const TestPool pool;
+    const auto cast = [](const Data& data) {
+        return std::fabs(data.meanCb - 128) + std::fabs(data.meanCr - 128);
+    };
+    for (const auto& light : std::vector<std::array<double, 3>>{
+             {1.2, 1, 0.8}, {0.75, 1, 1.25}, {1.1, 0.9, 0.8}, {0.9, 0.8, 1.1}}) {
+        LXImageRGBA32i image = Scene(300, 260, light[0], light[1], light[2]);
+        const double before = cast(Data(image));
+        const RMWBTransformation balance = Balance(image, Function::Auto);
+        LXTransformImageColors<LXImageRGBA32i, RMWBTransformation>()(image, LXImageRect(image),
+                                                                     balance);
+        EXPECT_LT(cast(Data(image)), before * 0.8)
+            << light[0] << " " << light[1] << " " << light[2];
+    }
+}
+
+TEST(WhiteBalance, FunctionsAndCopies) {
+    const TestPool pool;
+    const LXImageRGBA32i image = Scene(90, 80, 1.1, 1, 0.8);
+    const auto over = Balance(image, Function::OverExposure),
+               under = Balance(image, Function::UnderExposure);
+    ExpectColour(over, {255, 15, 128}, {255, 0, 64});
+    ExpectColour(under, {0, 255, 128}, {1, 255, 192});
+    EXPECT_EQ(over.GetAmount(), 255000);
+    EXPECT_EQ(over.GetData().curve, Data(image).curve);
+    RMWBTransformation copy = over;
+    copy = under;
+    ExpectColour(copy, {0, 255, 128}, {1, 255, 192});
+
+    for (const int function : {-1, 3, INT_MAX})
+        EXPECT_THROW(RMWBTransformation(image, Function(function), 50), std::invalid_argument);
+    for (const int amount : {INT_MIN, -7, 101, INT_MAX})
+        for (const Function function :
+             {Function::Auto, Function::OverExposure, Function::UnderExposure}) {
+            LXRGBA32i pixel{0, 127, 255, 9};
+            RMWBTransformation(Flat(image), function, amount)(pixel);
+            EXPECT_EQ(pixel.alpha, 9);
+        }
+    CheckSibling<RMIterativeWBTransformation, RMWBTransformation>(std::cref(image), Function::Auto,
+                                                                  60);
+}
