@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in adjust info convert blend histogram scene; do
+for command in adjust info convert blend histogram scene white-balance; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in info convert blend histogram scene; do
+for command in info convert blend histogram scene white-balance; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -388,6 +388,25 @@ done
 for kernel in ragged.txt words.txt empty.txt missing.txt scene.png; do
     check "kernel $kernel" exits 1 blur --kernel $kernel base.png none.png
 done
+
+# --- white balance -------------------------------------------------------------------------------
+
+check "photo of one colour" exits 0 adjust colorize --color '#c08040' base.png warm.png
+for function in auto over under; do
+    check "white-balance $function" exits 0 white-balance --function "$function" warm.png "$function.png"
+    check "white-balance $function does something" differ "$function.png" warm.png
+done
+check "white-balance is auto" exits 0 white-balance warm.png default.png
+check "white-balance is auto: same picture" same_pixels default.png auto.png
+check "no white-balance" exits 0 white-balance --function over --amount 0 warm.png unchanged.png
+check "no white-balance: same picture" same_pixels unchanged.png warm.png
+for arguments in "--function all" "--amount 101" "--amount -1" "--amount x" "--amount 1.5"; do
+    # shellcheck disable=SC2086
+    check "white-balance $arguments" exits 2 white-balance $arguments base.png none.png
+done
+check "white-balance of a missing file" exits 1 white-balance missing.png none.png
+check "white-balance without a result" exits 2 white-balance base.png
+check "no output of what failed" absent none.png
 
 # --- interruption --------------------------------------------------------------------------------
 

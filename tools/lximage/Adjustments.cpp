@@ -1,7 +1,6 @@
 #include "Adjustments.h"
 
 #include "Failure.h"
-#include "Interrupt.h"
 #include "LXChannelTransforms.h"
 #include "LXColorAdjustments.h"
 #include "LXCurvesTransformation.h"
@@ -10,25 +9,14 @@
 #include "LXLevelsTransformation.h"
 #include "LXTemperatureCorrection.h"
 #include "LXToneAdjustments.h"
-#include "LXTransformImageColors.h"
 #include "RMDodgeBurnCorrection.h"
+#include "Walk.h"
 
 namespace {
 
 using Image = LXImageRGBA32i;
 using Values = ParameterValues;
 using Kind = ParameterKind;
-
-/// A row of tiles at a time, so that an interruption is heard.
-template <class Transform>
-void Walk(Image& image, const Transform& transform) {
-    const QRect all = LXImageRect(image);
-    for (int y = 0; y < all.height(); y += int(Image::TileHeight)) {
-        StopIfInterrupted();
-        const QRect band(0, y, all.width(), int(Image::TileHeight));
-        LXTransformImageColors<Image, Transform>()(image, band, transform);
-    }
-}
 
 /// One after the other from the values of master, red, green and blue.
 struct FourChannels {

@@ -13,6 +13,7 @@ const std::vector<Command>& Commands() {
         {"blur", "[options] IN OUT", "Blur, or convolve with a kernel", RunBlur},
         {"histogram", "[options] FILE [OUT]", "Count levels and draw the counts", RunHistogram},
         {"scene", "[options] OUT", "Paint a picture to try things on", RunScene},
+        {"white-balance", "[options] IN OUT", "Correct colour and brightness", RunWhiteBalance},
     };
     return commands;
 }
@@ -33,7 +34,7 @@ QString GeneralHelp() {
                                   "Commands:\n");
     for (const Command& command : Commands())
         text += QStringLiteral("  %1 %2\n")
-                    .arg(QLatin1String(command.name), -12)
+                    .arg(QLatin1String(command.name), -14)
                     .arg(QLatin1String(command.summary));
     text += QStringLiteral("\n"
                            "  lximage help COMMAND   the options of a command\n"

@@ -30,3 +30,4 @@ int RunBlend(const Command& command, const QStringList& arguments);
 int RunConvert(const Command& command, const QStringList& arguments);
 int RunHistogram(const Command& command, const QStringList& arguments);
 int RunScene(const Command& command, const QStringList& arguments);
+int RunWhiteBalance(const Command& command, const QStringList& arguments);
