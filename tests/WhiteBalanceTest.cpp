@@ -253,6 +253,8 @@ TEST(WhiteBalance, SumsKeepTheBitsOfTheirOrder) {
     double half = std::ldexp(1, 53), zero = 0;
     EXPECT_FALSE(LXOrderedSum::AddCounted(half, ones, {3}));
     EXPECT_FALSE(LXOrderedSum::AddCounted(zero, ones, {3}));
+    EXPECT_TRUE(LXOrderedSum::AddCounted(zero, LXOrderedSum::Terms{}, {3}));
+    EXPECT_EQ(zero, 0);
 }
 
 TEST(WhiteBalance, VisitorsAddOnePixelAfterTheOther) {

@@ -16,12 +16,20 @@ namespace LXOrderedSum {
 /// Terms of at least 0, one for each level.
 using Terms = std::array<double, 256>;
 
+/// True if the terms of all levels that were counted are 0.
+inline bool IsNothing(const Terms& terms, const LXRows::LevelCounts& counts) {
+    for (std::size_t level = 0; level < terms.size(); ++level)
+        if (counts[level] != 0 && terms[level] != 0)
+            return false;
+    return true;
+}
+
 /// Adds each level's term as often as the level was counted: the same bits as one addition after
 /// the other in any order. False, and the sum is as it was, if it would not stay between two powers
-/// of two or a term is half-way; a sum of 0 always is such a case.
+/// of two, or stay 0, or a term is half-way.
 inline bool AddCounted(double& sum, const Terms& terms, const LXRows::LevelCounts& counts) {
-    if (!(sum > 0))
-        return false;
+    if (sum == 0)
+        return IsNothing(terms, counts);
     int exponent;
     std::frexp(sum, &exponent);
     const double limit = std::ldexp(1.0, exponent);

@@ -11,7 +11,7 @@ namespace {
 
 using namespace LXWhiteBalance;
 
-/// What a level of one channel adds to Y, Cb and Cr, and a fourth number to fill a vector.
+/// What a level of one channel adds to Y, Cb and Cr, and 0 to fill a vector.
 struct alignas(32) Terms {
     double sums[4];
 };
@@ -48,9 +48,10 @@ LX_CLONED void LumaRow(const LXRGBA32i* row, unsigned int count, std::uint8_t* b
     }
 }
 
+/// Four sums, the last of zeros: with three the compiler would split the vector.
 LX_CLONED void CountAndAddRow(const LXRGBA32i* row, const std::uint8_t* lumaBins,
                               unsigned int count, LXRows::Levels& levels, double* sums) {
-    double running[4] = {sums[0], sums[1], sums[2], 0};
+    double running[4] = {sums[0], sums[1], sums[2], sums[3]};
     for (unsigned int i = 0; i < count; ++i) {
         const Colour colour = ColourOf(row[i]);
         ++levels.red[colour.red];
@@ -62,7 +63,7 @@ LX_CLONED void CountAndAddRow(const LXRGBA32i* row, const std::uint8_t* lumaBins
         for (int k = 0; k < 4; ++k)
             running[k] += red.sums[k] + green.sums[k] + blue.sums[k] + Offsets.sums[k];
     }
-    std::copy(running, running + 3, sums);
+    std::copy(running, running + 4, sums);
 }
 
 LX_CLONED bool HasGreyRow(const LXRGBA32i* row, unsigned int count, double threshold) {
@@ -80,7 +81,7 @@ LX_CLONED bool HasGreyRow(const LXRGBA32i* row, unsigned int count, double thres
 
 void LXRows::CountAndAdd(const LXRGBA32i* row, unsigned int count, Levels& levels,
                          YCbCrSums& sums) {
-    double running[3] = {sums.y, sums.cb, sums.cr};
+    double running[4] = {sums.y, sums.cb, sums.cr, 0};
     std::uint8_t lumaBins[BlockPixels];
     for (unsigned int done = 0; done < count; done += BlockPixels) {
         const unsigned int block = std::min(count - done, BlockPixels);
