@@ -1,6 +1,5 @@
 #include "LXBlendOn.h"
 #include "LXConvertImage.h"
-#include "LXTileAccess.h"
 #include "LXTileWalk.h"
 #include "Pairs.h"
 #include "Pictures.h"
@@ -93,13 +92,8 @@ void Painter(benchmark::State& state, const Mode& mode) {
 void XorPass(benchmark::State& state) {
     const LXImageRGBA32i source = Bench::TiledPicture();
     LXImageRGBA32i destination = Destination();
-    for (auto _ : state) {
-        LXForTiles<LXImageRGBA32i>(LXImageRect(source), [&](const LXTileSpan& span) {
-            const LXTileReader from(source.GetTileRow(span.row)[span.column]);
-            const LXTileWriter to(destination.GetTileRow(span.row)[span.column]);
-            Bench::XorTile(from.Pixels(), to.Pixels());
-        });
-    }
+    for (auto _ : state)
+        Bench::XorImage(source, destination);
     Count(state, Pixels);
 }
 BENCHMARK(XorPass);

@@ -1,6 +1,8 @@
 #include "Pictures.h"
 
 #include "LXConvertImage.h"
+#include "LXTileAccess.h"
+#include "LXTileWalk.h"
 
 #include <cstdint>
 #include <cstring>
@@ -46,4 +48,12 @@ void Bench::XorTile(const LXRGBA32i* source, LXRGBA32i* destination) {
             words[1][k] ^= words[0][k];
         std::memcpy(to, words[1], sizeof words[0]);
     }
+}
+
+void Bench::XorImage(const LXImageRGBA32i& source, LXImageRGBA32i& destination) {
+    LXForTiles<LXImageRGBA32i>(LXImageRect(source), [&](const LXTileSpan& span) {
+        const LXTileReader from(source.GetTileRow(span.row)[span.column]);
+        const LXTileWriter to(destination.GetTileRow(span.row)[span.column]);
+        XorTile(from.Pixels(), to.Pixels());
+    });
 }

@@ -25,5 +25,7 @@ inline void Count(benchmark::State& state, std::size_t itemsAnIteration) {
 
 /// destination ^= source for a whole tile, at the memory's speed.
 void XorTile(const LXRGBA32i* source, LXRGBA32i* destination);
+/// The same for images of one size.
+void XorImage(const LXImageRGBA32i& source, LXImageRGBA32i& destination);
 
 } // namespace Bench

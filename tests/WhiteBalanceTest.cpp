@@ -68,6 +68,13 @@ std::vector<Named> Pictures() {
                         Painted(60, 60, [](int x, int y) { return Colour(90, x + y, 120); })});
     pictures.push_back(
         {"green is still", Painted(60, 60, [](int x, int y) { return Colour(x + y, 77, 2 * x); })});
+    // The gain of red is infinite, and the stretch of its one level is 0 / 0.
+    pictures.push_back(
+        {"red is full", Painted(60, 60, [](int x, int y) { return Colour(255, x + y, 2 * x); })});
+    // The gray pixels have no chroma at all, so there is nothing to take away.
+    pictures.push_back({"black on red", Painted(60, 60, [](int x, int y) {
+                            return x < 20 ? Colour(0, 0, 0) : Colour(200 + y / 2, y / 3, y / 4);
+                        })});
     pictures.push_back({"no gray", Painted(200, 90, [&](int x, int) {
                             return Colour(255 - x / 4, int(random.Below(30)), x / 9);
                         })});
@@ -356,6 +363,16 @@ TEST(WhiteBalance, HistogramsAreStretchedAndCompared) {
                   Reference::SelectBrightness(counts, expected));
     }
     Data::linearScaleOriginalHistogram(nullptr, nullptr, 0, 0, 1);
+
+    // A candidate that fits without any difference has the distance 0, which is passed over.
+    Doubles original(256), fitting(256);
+    for (double& count : original)
+        count = random.Below(500);
+    Data::ShiftHistogram(original.data(), fitting.data(), 20 * 0.0499 + 0.01 - 1);
+    const double selected =
+        Data::SelectBrightnessCorrectionByHistogram(original.data(), fitting.data());
+    EXPECT_EQ(selected, Reference::SelectBrightness(original, fitting));
+    EXPECT_NE(selected, (20 * 0.0499 + 0.01) * 0.5);
 }
 
 TEST(WhiteBalance, BrightnessCurves) {
