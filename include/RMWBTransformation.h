@@ -24,9 +24,9 @@ public:
     /// What is done to a pixel.
     enum class BalanceFunction : int { Auto, OverExposure, UnderExposure };
 
-    /// What the analysis finds. Levels are on the scale of 255, "bins" those of LXHistogram, and
-    /// all is 0 that a picture without pixels leaves open. The members are the steps of the
-    /// analysis, in the order in which the constructors run them.
+    /// What the analysis finds. Levels are on the scale of 255, bins are those of LXHistogram, and
+    /// a picture without pixels leaves 0 where there is nothing to find. The members are steps of
+    /// the analysis, which the constructors run.
     struct LIBIMAGE_EXPORT AlgorithmData {
         /// Of no picture: all 0.
         AlgorithmData() = default;
@@ -34,21 +34,21 @@ public:
         explicit AlgorithmData(const QImage& image);
 
         double meanLuma = 0; ///< of getYCbCr's Y
-        double meanRed = 0;
+        double meanRed = 0;  ///< mean levels
         double meanGreen = 0;
         double meanBlue = 0;
         double hueOffset = 0; ///< 15 minus the hue of the mean colour, as 0 .. 359; for information
-        double meanCb = 0;
+        double meanCb = 0;    ///< of getYCbCr
         double meanCr = 0;
         double minLuma = 0; ///< the lowest bin that holds a pixel
         double maxLuma = 0; ///< the highest
-        double minRed = 0;
+        double minRed = 0;  ///< lowest levels
         double minGreen = 0;
         double minBlue = 0;
-        double maxRed = 0;
+        double maxRed = 0; ///< highest levels
         double maxGreen = 0;
         double maxBlue = 0;
-        double sdRed = 0; ///< standard deviations
+        double sdRed = 0; ///< standard deviations of the levels
         double sdGreen = 0;
         double sdBlue = 0;
         /// The mean deviation over the channel's own. Infinite for a channel without deviation
@@ -56,18 +56,19 @@ public:
         double gainRed = 0;
         double gainGreen = 0;
         double gainBlue = 0;
-        double shiftRed = 0; ///< gray-world correction: red moves by shiftRed * 255
-        double scaleGreen = 0;
-        double shiftBlue = 0;
-        double minAll = 0; ///< of the three channels
-        double maxAll = 0;
+        double shiftRed = 0;   ///< gray-world correction: red moves by shiftRed * 255,
+        double scaleGreen = 0; ///< green is multiplied, 0 .. 1,
+        double shiftBlue = 0;  ///< and blue moves by shiftBlue * 255
+        double minAll = 0;     ///< lowest level of all channels
+        double maxAll = 0;     ///< highest level of all channels
         double mix = 0; ///< weight of the stretched level against the moved one; may exceed 1
         QRect rect;     ///< of the picture
         double brightnessMean[2] = {0, 0}; ///< meanLuma, for each side of CalcBrightness
         double shadowLevel = 0;            ///< for information
         double highlightLevel = 0;         ///< for information
-        double selected = 0;               ///< brightness, 0 darkest .. 1 brightest
-        int percent = 0;                   ///< the same, truncated
+        double selected = 0;               ///< the curve: 0 brightest .. 1 darkest
+        int percent = 0;                   ///< the same in percent, truncated
+        /// The brightness table: UpdateCurve for (percent - 50) / 50.
         std::vector<unsigned char> curve = std::vector<unsigned char>(256);
 
         /// Sets the gray-world correction from the gains and the picture's nearly gray pixels.
@@ -83,10 +84,11 @@ public:
         /// target becomes 0 if first is last.
         static void linearScaleOriginalHistogram(double* source, double* target, int n,
                                                  double first, double last);
-        /// The brightness, 0 .. 1, with which the first histogram comes nearest to the second: 256
-        /// bins each, compared in 8.
+        /// The curve, 0 brightest .. 1 darkest, that brings the first histogram nearest to the
+        /// second: 256 bins each, compared in 8.
         static double SelectBrightnessCorrectionByHistogram(double* original, double* target);
-        /// Moves 256 bins to where the curve for `shift`, from -1 to 1, maps their levels.
+        /// Moves 256 bins to where the curve for `shift`, -1 brightest .. 1 darkest, maps their
+        /// levels.
         static void ShiftHistogram(double* in, double* out, double shift);
         /// (0, 0), (1, 1), (d, 255 - d), (254, 254), (255, 255) with d from 1 to 254 as t goes from
         /// -1 to 1; limited to 0 .. 255 beyond.

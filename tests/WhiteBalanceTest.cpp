@@ -206,7 +206,9 @@ TEST(WhiteBalance, OtherFormatsAndMissingTiles) {
         ExpectSame(Data(picture),
                    Reference::Analyse(InWalkOrder(picture.convertToFormat(QImage::Format_ARGB32))));
         Data again;
-        again.CalcGreyWorld(picture);
+        again.gainRed = std::nan("");
+        again.gainBlue = HUGE_VAL;
+        again.CalcGreyWorld(picture); // no conversion of what no pixel can hold
         EXPECT_EQ(picture.format(), format);
     }
 
@@ -363,6 +365,8 @@ TEST(WhiteBalance, HistogramsAreStretchedAndCompared) {
                   Reference::SelectBrightness(counts, expected));
     }
     Data::linearScaleOriginalHistogram(nullptr, nullptr, 0, 0, 1);
+    Doubles odd = {HUGE_VAL, std::nan(""), -7, 1e300}, dealt(4);
+    Data::linearScaleOriginalHistogram(odd.data(), dealt.data(), 4, 0, 4); // must come back
 
     // A candidate that fits without any difference has the distance 0, which is passed over.
     Doubles original(256), fitting(256);
@@ -385,6 +389,8 @@ TEST(WhiteBalance, BrightnessCurves) {
     Data::UpdateCurve(table, 0);
     EXPECT_EQ(Entries(table), Identity());
     EXPECT_EQ(Data::InitializeCurveParameters(0)[2], QPointF(127.5, 127.5));
+    Data::UpdateCurve(table, -0.5);
+    EXPECT_GT(table[100], 100) << "negative is brighter";
     EXPECT_EQ(Data::InitializeCurveParameters(5)[2], QPointF(255, 0));
     Data::UpdateCurve(table, std::nan(""));
     EXPECT_EQ(table.size(), 256U);

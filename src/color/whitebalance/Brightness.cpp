@@ -36,7 +36,7 @@ namespace {
 /// last turn takes what is left.
 double ShareOf(double pile, std::int64_t turn, std::int64_t members) {
     const std::int64_t lastTurn =
-        std::max<std::int64_t>(TruncateToInt64(std::ceil(pile / 10)) - 1, 0);
+        std::max<std::int64_t>(TruncateToInt64(std::ceil(pile / 10)), 1) - 1;
     if (turn > lastTurn)
         return 0;
     const std::int64_t own = (lastTurn - turn) / members;

@@ -3,6 +3,11 @@
 /// Colour formulas as the white balance measures with them, inline for its kernels.
 namespace LXWhiteBalance {
 
+/// Within 0 .. 255; what is no number, as 0 / 0 in a channel of one level, counts as 0.
+inline double LimitedLevel(double value) {
+    return value > 0 ? (value < 255 ? value : 255) : 0;
+}
+
 struct YUV {
     double y, u, v;
 };

@@ -45,9 +45,7 @@ struct Correction {
     double shiftBlue;
 
     YUV Corrected(const LXRGBA32i& pixel) const {
-        const auto level = [](double value) {
-            return static_cast<int>(std::clamp(value, 0.0, 255.0));
-        };
+        const auto level = [](double value) { return static_cast<int>(LimitedLevel(value)); };
         return YUVOf(level(pixel.red + shiftRed * 255), level(pixel.green * scaleGreen),
                      level(pixel.blue + shiftBlue * 255));
     }

@@ -1,18 +1,15 @@
 #include "RMWBTransformation.h"
 #include "color/ByteTables.h"
+#include "color/whitebalance/Formulas.h"
 
 #include <stdexcept>
 #include <utility>
 
 namespace {
 
+using LXWhiteBalance::LimitedLevel;
 using Data = RMWBTransformation::AlgorithmData;
 using Function = RMWBTransformation::BalanceFunction;
-
-/// Within 0 .. 255; what is no number, as 0 / 0 in a channel of one level, counts as 0.
-double Limited(double value) {
-    return value > 0 ? std::min(value, 255.0) : 0;
-}
 
 struct Range {
     double min, max, mean;
@@ -22,10 +19,10 @@ struct Range {
 unsigned char AutoLevel(const Data& data, const Range& channel, int level, double corrected,
                         int amount) {
     // The factor is maxAll, not maxAll - minAll: so the stretch is defined.
-    const double stretched =
-        Limited((Limited(corrected) - channel.min) / (channel.max - channel.min) * data.maxAll +
-                data.minAll);
-    const double moved = Limited(level + (data.meanLuma - channel.mean));
+    const double stretched = LimitedLevel((LimitedLevel(corrected) - channel.min) /
+                                              (channel.max - channel.min) * data.maxAll +
+                                          data.minAll);
+    const double moved = LimitedLevel(level + (data.meanLuma - channel.mean));
     const int balanced = TruncateToInt(moved * (1 - data.mix) + stretched * data.mix);
     return data.curve[std::size_t(LXMixWithIdentity(balanced, level, amount) & 255)];
 }
