@@ -32,8 +32,8 @@ BENCHMARK(AnalysisOfNoise);
 void AnalysisWithoutGray(benchmark::State& state) {
     LXImageRGBA32i image = Bench::TiledPicture();
     const auto colour = [](LXRGBA32i& pixel) {
-        pixel = {std::uint8_t(pixel.blue / 4), std::uint8_t(pixel.green / 4),
-                 std::uint8_t(128 + pixel.red / 2), pixel.alpha};
+        pixel = {std::uint8_t(pixel.blue / 8), std::uint8_t(pixel.green / 8),
+                 std::uint8_t(192 + pixel.red / 4), pixel.alpha};
     };
     LXTransformImageColors<LXImageRGBA32i, decltype(colour)>()(image, LXImageRect(image), colour);
     WhiteBalanceAnalysis(state, image);

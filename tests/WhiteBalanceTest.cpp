@@ -329,6 +329,35 @@ TEST(WhiteBalance, SelectorTakesTheFirstGrayPixels) {
     }
 }
 
+TEST(WhiteBalance, SelectorAgreesOnEveryColour) {
+    QVector<LXRGBA32i> points, inRuns;
+    double sum = 0;
+    const LXGreyPointsSelector selector(0.75, &points, &sum, &sum, &sum),
+        runSelector(0.75, &inRuns, &sum, &sum, &sum);
+    for (int rgb = 0; rgb < 1 << 24; ++rgb) {
+        const LXRGBA32i pixel{std::uint8_t(rgb), std::uint8_t(rgb >> 8), std::uint8_t(rgb >> 16),
+                              0};
+        selector(pixel);
+        runSelector.VisitRun(&pixel, 1);
+        ASSERT_EQ(points.size(), inRuns.size()) << rgb;
+        if (points.size() > 1000) {
+            points.clear();
+            inRuns.clear();
+        }
+    }
+    // However odd the threshold.
+    for (const double threshold : {-1.0, 1e-9, 3.0, 1e300, HUGE_VAL, std::nan("")})
+        for (int rgb = 0; rgb < 1 << 24; rgb += 9973) {
+            const LXRGBA32i pixel{std::uint8_t(rgb), std::uint8_t(rgb >> 8),
+                                  std::uint8_t(rgb >> 16), 0};
+            points.clear();
+            inRuns.clear();
+            LXGreyPointsSelector(threshold, &points, &sum, &sum, &sum)(pixel);
+            LXGreyPointsSelector(threshold, &inRuns, &sum, &sum, &sum).VisitRun(&pixel, 1);
+            ASSERT_EQ(points.size(), inRuns.size()) << rgb << " " << threshold;
+        }
+}
+
 TEST(WhiteBalance, ColourFormulas) {
     for (int r = -5; r < 260; r += 5)
         for (int g = 0; g < 256; g += 3)
