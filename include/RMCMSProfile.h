@@ -7,9 +7,14 @@
 
 #include <memory>
 
-/// One ICC profile, or none. Copies share the profile.
+/// One ICC profile, or none.
+///
+/// Copies share the profile, and the last one closes it. Several threads may read a profile and its
+/// copies; none may load into one of them meanwhile.
 class LIBIMAGE_EXPORT RMCMSProfile {
 public:
+    class Q_DECL_HIDDEN Private; // of the library alone
+
     RMCMSProfile();
     RMCMSProfile(const RMCMSProfile& other);
     RMCMSProfile& operator=(const RMCMSProfile& other);
@@ -26,6 +31,9 @@ public:
     bool Load(const char* data, int size);
     /// The same; an empty array is size 0.
     bool FromByteArray(const QByteArray& bytes);
+    /// The same from a file; false as well if it cannot be read. An empty file is an empty profile,
+    /// and unlike size 0 above it makes the copies empty too.
+    bool Load(const QString& path);
 
     /// Writes the ICC bytes. Returns their count, 0 for an empty profile, and -1, with nothing
     /// written, if they exceed `capacity` or cannot be made.
@@ -34,12 +42,21 @@ public:
     QByteArray ToByteArray() const;
     /// What Save would write: 0 for an empty profile, -1 for a failure.
     int GetMemSize() const;
+    /// Makes the ICC bytes the content of a file. False, and no file made, for an empty profile or
+    /// one whose bytes cannot be made; false also if not all of them could be written.
+    bool Save(const QString& path) const;
 
+    /// The ICC signature of the profile's colour space, as 0x52474220 ("RGB "); 0 for an empty one.
+    quint32 GetColorSpace() const;
     /// The description of the profile, with the terminating zero as its last character; an empty
     /// string for an empty profile or, logged, for one without a description.
     QString GetInfo() const;
 
+    /// Equal descriptions, and nothing else, make equal profiles: so profiles of different content
+    /// may be equal, as are all without a description, empty or not.
+    bool operator==(const RMCMSProfile& other) const;
+    bool operator!=(const RMCMSProfile& other) const { return !(*this == other); }
+
 private:
-    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> m_p; // null only after a move, and that is an empty profile
 };

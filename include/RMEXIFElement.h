@@ -3,6 +3,7 @@
 #include "LXExport.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QString>
 #include <QtCore/QVariant>
 
 #include <memory>
@@ -93,6 +94,13 @@ public:
         FileSource,
         SceneType
     };
+
+    /// The EXIF tag number of a kind; 0 for a number beyond the kinds.
+    static unsigned int GetTag(Type type);
+    /// Name and description of a kind as the application's translators have them, in English as the
+    /// EXIF standard has them otherwise; empty for a number beyond the kinds.
+    static QString GetTypeName(Type type);
+    static QString GetDescription(Type type);
 
     RMEXIFElement(Type type, const QVariant& value);
     RMEXIFElement(const RMEXIFElement& other);

@@ -3,6 +3,8 @@
 #include "LXFault.h"
 #include "private/RMCMSProfile_p.h"
 
+#include <QtCore/QFile>
+
 #include <utility>
 
 namespace {
@@ -38,6 +40,12 @@ bool RMCMSProfile::Load(const char* data, int size) {
     return m_p->Load(data, unsigned(size));
 }
 
+bool RMCMSProfile::Load(const QString& path) {
+    if (!m_p)
+        m_p.reset(new Private);
+    return m_p->Load(path);
+}
+
 bool RMCMSProfile::FromByteArray(const QByteArray& bytes) {
     return Load(bytes.constData(), bytes.size());
 }
@@ -55,6 +63,19 @@ QByteArray RMCMSProfile::ToByteArray() const {
 
 int RMCMSProfile::GetMemSize() const {
     return IsEmpty() ? 0 : m_p->GetMemSize();
+}
+
+bool RMCMSProfile::Save(const QString& path) const {
+    const QByteArray bytes = ToByteArray();
+    if (bytes.isEmpty())
+        return false;
+    QFile file(path);
+    return file.open(QFile::WriteOnly | QFile::Truncate) && file.write(bytes) == bytes.size() &&
+           file.flush();
+}
+
+quint32 RMCMSProfile::GetColorSpace() const {
+    return IsEmpty() ? 0 : quint32(cmsGetColorSpace(m_p->Handle()));
 }
 
 QString RMCMSProfile::GetInfo() const {
@@ -76,4 +97,8 @@ QString RMCMSProfile::GetInfo() const {
     if (length == 0)
         return fail(InfoTextLine);
     return QString::fromLatin1(text.constData(), int(length));
+}
+
+bool RMCMSProfile::operator==(const RMCMSProfile& other) const {
+    return this == &other || GetInfo() == other.GetInfo();
 }

@@ -1,10 +1,28 @@
 #include "RMEXIFElement.h"
+#include "metadata/EXIFTable.h"
+
+#include <QtCore/QObject>
 
 class RMEXIFElement::Private {
 public:
     Type type;
     QVariant value;
 };
+
+unsigned int RMEXIFElement::GetTag(Type type) {
+    const EXIFTable::Row* row = EXIFTable::Find(type);
+    return row ? row->tag : 0;
+}
+
+QString RMEXIFElement::GetTypeName(Type type) {
+    const EXIFTable::Row* row = EXIFTable::Find(type);
+    return row ? QObject::tr(row->name) : QString();
+}
+
+QString RMEXIFElement::GetDescription(Type type) {
+    const EXIFTable::Row* row = EXIFTable::Find(type);
+    return row ? QObject::tr(row->description) : QString();
+}
 
 RMEXIFElement::RMEXIFElement(Type type, const QVariant& value) : m_p(new Private{type, value}) {}
 
