@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in adjust info convert blend histogram scene white-balance; do
+for command in adjust blend blur convert histogram info profile scene white-balance; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in info convert blend histogram scene white-balance; do
+for command in blend blur convert histogram info profile scene white-balance; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -242,12 +242,14 @@ done
 } >exif.jpg
 check "EXIF" exits 0 info exif.jpg
 check "the picture is turned upright" printed "50 x 300 pixels"
+check "fields have the names of the library" printed "  Image input equipment manufacturer  "
 check "the maker is shown, on one line and without control characters" printed "  A maker$"
 check "the orientation is shown as it is in the file" printed "right, top"
 for format in jpg png tiff webp; do
     check "EXIF to $format" exits 0 convert exif.jpg "exif2.$format"
     check "EXIF in $format" exits 0 info --json "exif2.$format"
     check "maker in $format" grep -q '"value": "A.*maker"' stdout
+    check "description in $format" grep -q '"description": "The F number."' stdout
     check "f-number in $format" grep -q '"value": "F2.8"' stdout
     check "size of $format" grep -q '"width": 50' stdout
     check "width in $format" grep -q '"value": "50"' stdout
@@ -388,6 +390,64 @@ done
 for kernel in ragged.txt words.txt empty.txt missing.txt scene.png; do
     check "kernel $kernel" exits 1 blur --kernel $kernel base.png none.png
 done
+check "no output of what failed" absent none.png
+
+# --- profiles ------------------------------------------------------------------------------------
+
+check "profile assigned" exits 0 profile --assign display-p3 base.png assigned.png
+check "profile assigned: pixels" same_pixels assigned.png base.png
+check "profile assigned: info" exits 0 info assigned.png
+check "profile assigned: name" printed "^  Profile   Display P3$"
+check "converted" exits 0 profile --convert-to display-p3 base.png converted.tiff
+check "converted: pixels" differ converted.tiff base.png
+check "converted: info" exits 0 info converted.tiff
+check "converted: name" printed "^  Profile   Display P3$"
+check "converted to its own profile" exits 0 profile --convert-to display-p3 assigned.png own.png
+check "converted to its own profile: pixels" same_pixels own.png base.png
+check "without a profile it is sRGB" exits 0 profile --convert-to srgb base.png srgb.png
+check "without a profile it is sRGB: pixels" same_pixels srgb.png base.png
+
+# The profile in a TIFF, which holds it as it is: its length stands in its own first four bytes.
+offset=$(grep -abo -m1 acsp converted.tiff | head -n 1 | cut -d: -f1)
+offset=$((offset - 36))
+size=$((16#$(tail -c +$((offset + 1)) converted.tiff | head -c 4 | od -An -tx1 | tr -d ' ')))
+tail -c +$((offset + 1)) converted.tiff | head -c "$size" >p3.icc
+check "profile from a file" exits 0 profile --convert-to p3.icc base.png by_file.tiff
+check "profile from a file: the same" cmp -s by_file.tiff converted.tiff
+check "profile from standard input" exits 0 profile --assign - base.png by_pipe.png <p3.icc
+check "profile from standard input: the same" cmp -s by_pipe.png assigned.png
+bad_profile() { # what is wrong, file, message
+    for option in --assign --convert-to; do
+        check "$1: exit code 1" exits 1 profile "$option" "$2" base.png none.png
+        check "$1: message" complained "$2: .*$3"
+    done
+}
+bad_profile "missing profile" missing.icc "No such file"
+bad_profile "empty profile" empty.png "empty file"
+bad_profile "no profile" rubbish.png "not an ICC profile"
+head -c $((size - 16)) p3.icc >cut.icc
+bad_profile "truncated profile" cut.icc "truncated"
+sed 's/RGB XYZ /CMYKXYZ /' p3.icc >inks.icc
+bad_profile "profile for inks" inks.icc "not for RGB"
+sed 's/rTRC/rTRX/' p3.icc >curveless.icc
+bad_profile "profile without a curve" curveless.icc "damaged"
+"$tool" scene --size 40x30 --format jpg - >plain.jpg
+{
+    head -c 2 plain.jpg
+    printf '\377\342\1\74ICC_PROFILE\0\1\1'
+    head -c 300 rubbish.png
+    tail -c +3 plain.jpg
+} >damaged.jpg
+check "damaged profile in a picture" exits 0 info damaged.jpg
+check "damaged profile in a picture: shown" printed "^  Profile   damaged$"
+check "damaged profile in a picture: conversion" exits 1 profile --convert-to srgb damaged.jpg none.png
+check "damaged profile in a picture: message" complained "damaged.jpg: not an ICC profile"
+check "damaged profile replaced" exits 0 profile --assign srgb damaged.jpg repaired.jpg
+for arguments in "" "--assign srgb --convert-to srgb"; do
+    # shellcheck disable=SC2086
+    check "profile $arguments" exits 2 profile $arguments base.png none.png
+done
+check "no output of what failed" absent none.png
 
 # --- white balance -------------------------------------------------------------------------------
 

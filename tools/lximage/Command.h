@@ -29,5 +29,6 @@ int RunBlur(const Command& command, const QStringList& arguments);
 int RunBlend(const Command& command, const QStringList& arguments);
 int RunConvert(const Command& command, const QStringList& arguments);
 int RunHistogram(const Command& command, const QStringList& arguments);
+int RunProfile(const Command& command, const QStringList& arguments);
 int RunScene(const Command& command, const QStringList& arguments);
 int RunWhiteBalance(const Command& command, const QStringList& arguments);

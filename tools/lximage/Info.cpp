@@ -22,6 +22,13 @@ struct TileCensus {
     int shared; ///< slots whose tile is also in another slot
 };
 
+struct ExifField {
+    QString tag; ///< the number of a kind that the library knows, otherwise the name in the file
+    QString label;
+    QString value;
+    QString description; ///< may be empty
+};
+
 struct PictureInfo {
     QString path;
     int width;
@@ -29,7 +36,7 @@ struct PictureInfo {
     QString format;
     TileCensus tiles;
     QString profile; ///< empty for none
-    QVector<ExifText> exif;
+    QVector<ExifField> exif;
 };
 
 TileCensus CountTiles(const LXImageRGBA32i& image) {
@@ -45,16 +52,31 @@ TileCensus CountTiles(const LXImageRGBA32i& image) {
     return census;
 }
 
-QString ProfileName(const QByteArray& icc) {
-    RMCMSProfile profile;
-    if (icc.isEmpty())
+QString ProfileName(const Picture& picture) {
+    if (picture.icc.isEmpty())
         return {};
-    if (!profile.FromByteArray(icc))
+    const RMCMSProfile& profile = picture.pixels.GetProfile();
+    if (profile.IsEmpty())
         return QStringLiteral("damaged");
     QString name = profile.GetInfo();
     if (name.endsWith(QChar::Null))
         name.chop(1);
     return name.isEmpty() ? QStringLiteral("without a description") : name;
+}
+
+/// The elements that the image holds, and what else is in the file.
+QVector<ExifField> Exif(const Picture& picture) {
+    QVector<ExifField> fields;
+    for (const RMEXIFElement& element : picture.pixels.GetEXIF()) {
+        const RMEXIFElement::Type kind = element.GetType();
+        const QString tag =
+            QStringLiteral("0x%1").arg(RMEXIFElement::GetTag(kind), 4, 16, QLatin1Char('0'));
+        fields.append({tag, RMEXIFElement::GetTypeName(kind), element.GetValue().toString(),
+                       RMEXIFElement::GetDescription(kind)});
+    }
+    for (const ExifText& field : OtherExif(picture.exif))
+        fields.append({field.tag, field.label, field.value, {}});
+    return fields;
 }
 
 PictureInfo Examine(const QString& path) {
@@ -64,8 +86,8 @@ PictureInfo Examine(const QString& path) {
             int(picture.pixels.GetHeight()),
             QString::fromLatin1(picture.format),
             CountTiles(picture.pixels),
-            ProfileName(picture.icc),
-            ExifInWords(picture.exif)};
+            ProfileName(picture),
+            Exif(picture)};
 }
 
 /// One line of printable text: what a file says about itself must not steer the terminal.
@@ -96,7 +118,7 @@ QString AsText(const PictureInfo& info) {
          info.profile.isEmpty() ? QStringLiteral("none") : Printable(info.profile));
 
     int width = 0;
-    for (const ExifText& field : info.exif)
+    for (const ExifField& field : info.exif)
         width = qMax(width, field.label.size());
     for (int i = 0; i < info.exif.size(); ++i)
         line(i == 0 ? QStringLiteral("EXIF") : QString(),
@@ -109,10 +131,11 @@ QString AsText(const PictureInfo& info) {
 QJsonObject AsJson(const PictureInfo& info) {
     const TileCensus& tiles = info.tiles;
     QJsonArray exif;
-    for (const ExifText& field : info.exif)
+    for (const ExifField& field : info.exif)
         exif.append(QJsonObject{{QStringLiteral("tag"), field.tag},
                                 {QStringLiteral("label"), field.label},
-                                {QStringLiteral("value"), field.value}});
+                                {QStringLiteral("value"), field.value},
+                                {QStringLiteral("description"), field.description}});
     const QJsonValue profile =
         info.profile.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(info.profile);
     return {{QStringLiteral("path"), info.path},

@@ -57,10 +57,24 @@ bool IsPointer(const Exiv2::Exifdatum& field) {
     return field.tag() == 0x8769 || field.tag() == 0x8825 || field.tag() == 0xa005;
 }
 
+/// The library's kind of a field. Only in the main directories the tags mean what they do there.
+RMEXIFElement::Type KindOf(const Exiv2::Exifdatum& field) {
+    const std::string group = field.groupName();
+    if (group == "Image" || group == "Photo")
+        for (int kind = RMEXIFElement::Unknown + 1; kind <= RMEXIFElement::SceneType; ++kind)
+            if (RMEXIFElement::GetTag(RMEXIFElement::Type(kind)) == field.tag())
+                return RMEXIFElement::Type(kind);
+    return RMEXIFElement::Unknown;
+}
+
 /// The name that people know a field by.
 QString FieldLabel(const Exiv2::Exifdatum& field) {
     const std::string label = field.tagLabel();
     return QString::fromStdString(label.empty() ? field.tagName() : label);
+}
+
+QString FieldValue(const Exiv2::Exifdatum& field, const Exiv2::ExifData& exif) {
+    return QString::fromStdString(field.print(&exif));
 }
 
 } // namespace
@@ -95,6 +109,11 @@ QByteArray WithExif(const QByteArray& file, const Exiv2::ExifData& exif) {
     }
 }
 
+bool IsForRGB(const RMCMSProfile& profile) {
+    constexpr quint32 Signature = 0x52474220; // "RGB "
+    return profile.GetColorSpace() == Signature;
+}
+
 void CorrectSize(Exiv2::ExifData& exif, int width, int height) {
     Correct(exif, "Exif.Photo.PixelXDimension", std::uint32_t(width));
     Correct(exif, "Exif.Photo.PixelYDimension", std::uint32_t(height));
@@ -104,13 +123,23 @@ void CorrectOrientation(Exiv2::ExifData& exif) {
     Correct(exif, "Exif.Image.Orientation", std::uint16_t(1));
 }
 
-QVector<ExifText> ExifInWords(const Exiv2::ExifData& exif) {
+QList<RMEXIFElement> ExifElements(const Exiv2::ExifData& exif) {
+    QList<RMEXIFElement> elements;
+    for (const Exiv2::Exifdatum& field : exif) {
+        const RMEXIFElement::Type kind = KindOf(field);
+        if (kind != RMEXIFElement::Unknown)
+            elements.append(RMEXIFElement(kind, FieldValue(field, exif)));
+    }
+    return elements;
+}
+
+QVector<ExifText> OtherExif(const Exiv2::ExifData& exif) {
     QVector<ExifText> words;
     for (const Exiv2::Exifdatum& field : exif) {
-        if (IsPointer(field))
+        if (IsPointer(field) || KindOf(field) != RMEXIFElement::Unknown)
             continue;
         const QString tag = QString::fromStdString(field.groupName() + '.' + field.tagName());
-        words.append({tag, FieldLabel(field), QString::fromStdString(field.print(&exif))});
+        words.append({tag, FieldLabel(field), FieldValue(field, exif)});
     }
     return words;
 }

@@ -1,12 +1,16 @@
 #pragma once
 
+#include "RMCMSProfile.h"
+#include "RMEXIFElement.h"
+
 #include <QtCore/QByteArray>
+#include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
 #include <exiv2/exif.hpp>
 
-/// EXIF in whole files, through exiv2.
+/// What comes with a picture. EXIF is in whole files, through exiv2.
 
 /// The fields that a picture file carries; none if it has none or they cannot be read.
 Exiv2::ExifData ReadExif(const QByteArray& file);
@@ -19,11 +23,18 @@ QByteArray WithExif(const QByteArray& file, const Exiv2::ExifData& exif);
 void CorrectSize(Exiv2::ExifData& exif, int width, int height);
 void CorrectOrientation(Exiv2::ExifData& exif);
 
-/// One field in words.
+/// Whether pixels of red, green and blue can be in this profile.
+bool IsForRGB(const RMCMSProfile& profile);
+
+/// The fields of kinds that the library knows, each with its value in words.
+QList<RMEXIFElement> ExifElements(const Exiv2::ExifData& exif);
+
+/// A field of another kind, in words.
 struct ExifText {
-    QString tag; ///< group and name, as "Photo.FNumber"
+    QString tag; ///< group and name, as "GPSInfo.GPSLatitude"
     QString label;
     QString value;
 };
 
-QVector<ExifText> ExifInWords(const Exiv2::ExifData& exif);
+/// All other fields, but for those that only say where fields are.
+QVector<ExifText> OtherExif(const Exiv2::ExifData& exif);

@@ -149,20 +149,26 @@ int Quality(const QByteArray& format) {
     return format == "webp" ? 100 : -1;
 }
 
-/// Of a profile that is not matrix and curves the encoders but that for JPEG keep nothing.
-void SetProfile(QImage& image, const QByteArray& icc, const QString& name,
+/// Pixels are written as RGB, for which no other profile is true. Of a profile that is not matrix
+/// and curves the encoders but that for JPEG keep nothing.
+void SetProfile(QImage& image, const Picture& picture, const QString& name,
                 const QByteArray& format) {
-    if (icc.isEmpty())
+    if (picture.icc.isEmpty())
         return;
-    const QColorSpace profile = QColorSpace::fromIccProfile(icc);
-    image.setColorSpace(profile);
-    if (!profile.isValid() && QList<QByteArray>{"png", "tif", "tiff", "webp"}.contains(format))
+    RMCMSProfile profile;
+    if (!profile.FromByteArray(picture.icc) || !IsForRGB(profile)) {
+        Complain(name + QStringLiteral(": colour profile not kept, it is damaged or not for RGB"));
+        return;
+    }
+    const QColorSpace space = QColorSpace::fromIccProfile(picture.icc);
+    image.setColorSpace(space);
+    if (!space.isValid() && QList<QByteArray>{"png", "tif", "tiff", "webp"}.contains(format))
         Complain(name + QStringLiteral(": colour profile not kept, it is of an unusual kind"));
 }
 
 QByteArray Encode(const Picture& picture, const QString& name, const QByteArray& format) {
     QImage image = ImageFor(format, picture.pixels);
-    SetProfile(image, picture.icc, name, format);
+    SetProfile(image, picture, name, format);
     StopIfInterrupted();
 
     EncodedFile file;
@@ -199,6 +205,10 @@ Picture LoadPicture(const QString& path) {
     Picture picture{ConvertImage<QImage, LXImageRGBA32i>(argb), format,
                     image.colorSpace().iccProfile(), ReadExif(bytes),
                     reader.supportsOption(QImageIOHandler::ImageTransformation)};
+    RMCMSProfile profile;
+    profile.FromByteArray(picture.icc); // a damaged one is none to the library
+    picture.pixels.SetProfile(profile);
+    picture.pixels.SetEXIF(ExifElements(picture.exif));
     StopIfInterrupted();
     return picture;
 }

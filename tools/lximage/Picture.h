@@ -8,10 +8,10 @@
 
 /// A picture between two files: its pixels, and what travels with them.
 struct Picture {
-    LXImageRGBA32i pixels;
-    QByteArray format;    ///< of the file it was read from, as "png"
-    QByteArray icc;       ///< the bytes of its colour profile; none for none
-    Exiv2::ExifData exif; ///< as in the file
+    LXImageRGBA32i pixels; ///< with profile and EXIF, as far as the library understands them
+    QByteArray format;     ///< of the file it was read from, as "png"
+    QByteArray icc;        ///< the bytes of its colour profile as in the file; none for none
+    Exiv2::ExifData exif;  ///< as in the file
     /// The pixels are turned as the file says. Otherwise the decoder does not know how, and the
     /// orientation in the EXIF is still true.
     bool isUpright;
