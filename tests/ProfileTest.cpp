@@ -145,6 +145,9 @@ TEST(CMSProfile, CopiesShareWhatIsLoadedAndEmptyAlone) {
     RMCMSProfile fresh;
     EXPECT_FALSE(fresh.FromByteArray(QByteArray(200, 'x')));
     EXPECT_TRUE(fresh.IsEmpty());
+    RMCMSProfile other = fresh;
+    EXPECT_TRUE(other.FromByteArray(SRGB()));
+    EXPECT_TRUE(fresh.IsEmpty()) << "there is nothing to share before a profile is loaded";
 }
 
 TEST(CMSProfile, SavesWhatItLoaded) {

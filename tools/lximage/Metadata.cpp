@@ -73,8 +73,14 @@ QString FieldLabel(const Exiv2::Exifdatum& field) {
     return QString::fromStdString(label.empty() ? field.tagName() : label);
 }
 
+/// Empty for a field that exiv2 stumbles over.
 QString FieldValue(const Exiv2::Exifdatum& field, const Exiv2::ExifData& exif) {
-    return QString::fromStdString(field.print(&exif));
+    try {
+        return QString::fromStdString(field.print(&exif));
+    } catch (const std::exception& fault) {
+        qDebug() << "EXIF field not read:" << fault.what();
+        return {};
+    }
 }
 
 } // namespace
@@ -121,6 +127,11 @@ void CorrectSize(Exiv2::ExifData& exif, int width, int height) {
 
 void CorrectOrientation(Exiv2::ExifData& exif) {
     Correct(exif, "Exif.Image.Orientation", std::uint16_t(1));
+}
+
+void CorrectColorSpace(Exiv2::ExifData& exif, bool isSRGB) {
+    constexpr std::uint16_t SRGB = 1, Uncalibrated = 0xffff;
+    Correct(exif, "Exif.Photo.ColorSpace", isSRGB ? SRGB : Uncalibrated);
 }
 
 QList<RMEXIFElement> ExifElements(const Exiv2::ExifData& exif) {

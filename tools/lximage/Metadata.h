@@ -19,9 +19,11 @@ Exiv2::ExifData ReadExif(const QByteArray& file);
 /// do not fit. Fields that tell how the pixels of the source file were stored are left out.
 QByteArray WithExif(const QByteArray& file, const Exiv2::ExifData& exif);
 
-/// Makes those fields that are there true for a picture of this size, or for an upright one.
+/// Makes those fields that are there true for a picture of this size, for an upright one, or for
+/// one in sRGB or in another space.
 void CorrectSize(Exiv2::ExifData& exif, int width, int height);
 void CorrectOrientation(Exiv2::ExifData& exif);
+void CorrectColorSpace(Exiv2::ExifData& exif, bool isSRGB);
 
 /// Whether pixels of red, green and blue can be in this profile.
 bool IsForRGB(const RMCMSProfile& profile);

@@ -1,10 +1,11 @@
 #include "CommandLine.h"
 #include "Failure.h"
 #include "Interrupt.h"
-#include "LXRGBA32ColorProfileTransform.h"
+#include "LXTransformImageColors.h"
 #include "Metadata.h"
 #include "Picture.h"
 #include "Progress.h"
+#include "RMCMSTransform.h"
 #include "Streams.h"
 
 #include <QtCore/QtEndian>
@@ -24,8 +25,10 @@ const struct {
     {"prophoto-rgb", QColorSpace::ProPhotoRgb},
 };
 
-QByteArray SRGB() {
-    return QColorSpace(QColorSpace::SRgb).iccProfile();
+RMCMSProfile SRGB() {
+    RMCMSProfile profile;
+    profile.FromByteArray(QColorSpace(QColorSpace::SRgb).iccProfile());
+    return profile;
 }
 
 /// The bytes of a named profile, or of a file.
@@ -38,9 +41,7 @@ QByteArray ProfileBytes(const QString& argument) {
 
 /// Whether the profile holds all that a conversion takes. lcms2 opens profiles that are damaged.
 bool Converts(const RMCMSProfile& profile) {
-    RMCMSProfile reference;
-    reference.FromByteArray(SRGB());
-    return profile == reference || !RMCMSTransform(profile, reference).IsEmpty();
+    return profile == SRGB() || !RMCMSTransform(profile, SRGB()).IsEmpty();
 }
 
 /// Reads a profile for RGB pixels. Throws Failure for anything else, in the name of `subject`.
@@ -63,11 +64,18 @@ RMCMSProfile ReadProfile(const QByteArray& icc, const QString& subject) {
 }
 
 void Convert(Picture& picture, const RMCMSProfile& target, const QString& name) {
-    const RMCMSProfile own = ReadProfile(picture.icc.isEmpty() ? SRGB() : picture.icc, name);
+    const auto fail = [&name](const char* reason) {
+        throw Failure{name, QString::fromLatin1(reason)};
+    };
+    const RMCMSProfile own = picture.icc.isEmpty() ? SRGB() : ReadProfile(picture.icc, name);
     // The library tells profiles by their descriptions, which end in a zero.
     if (own == target && own.GetInfo().size() <= 1)
-        throw Failure{name, QStringLiteral("cannot convert between profiles without description")};
-    LXRGBA32ColorProfileTransform(own, target)(picture.pixels);
+        fail("cannot convert between profiles without a description");
+    const RMCMSTransform transform(own, target);
+    if (transform.IsEmpty() && own != target)
+        fail("its colours cannot be converted to this profile");
+    LXTransformImageColors<LXImageRGBA32i, RMCMSTransform>()(
+        picture.pixels, LXImageRect(picture.pixels), transform);
 }
 
 QString Description() {
@@ -111,6 +119,7 @@ int RunProfile(const Command& command, const QStringList& arguments) {
         Convert(picture, profile, InputName(in));
     picture.pixels.SetProfile(profile);
     picture.icc = icc;
+    CorrectColorSpace(picture.exif, profile == SRGB());
     progress.SetValue(2);
     StopIfInterrupted();
     SavePicture(picture, out, format);
