@@ -340,7 +340,7 @@ TEST(CMSProfile, SurvivesDamagedProfiles) {
         profile.GetInfo();
         profile.ToByteArray();
         const LXRGBA32ColorProfileTransform pair(old, profile);
-        Image image(3, 1);
+        Image image = RandomImage(8, 1, 2);
         pair(image);
         pair.Invert(image);
         converted += !RMCMSTransform(profile, old).IsEmpty();
