@@ -1,0 +1,131 @@
+#pragma once
+
+#include "LXExport.h"
+#include "LXImage.h"
+
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+
+#include <cstdint>
+#include <vector>
+
+/// Fills a hole in a tiled picture from its rim, one layer a call:
+///
+///     LXInpaintIterative inpaint(image, mask, imageRect, maskRect);
+///     while (inpaint()) {
+///         // look at a cancel flag, tell the progress
+///     }
+///
+/// The mask has coordinates of its own: (x, y) in it is the pixel (x, y) + imageRect.topLeft() -
+/// maskRect.topLeft() of the picture. A pixel of the mask whose alpha is 255 is unknown and to be
+/// filled; any other is known. Outside maskRect, and outside the mask, nothing is known and nothing
+/// is filled. The colours of pixels marked as unknown are not read.
+///
+/// A pixel is filled with the mean, truncated, of the eight others in the first complete 3 x 3
+/// window that it lies in, and counts as known from the next pass on. What never has a complete
+/// window stays as it is.
+///
+/// An object serves one filling, on one thread. Between two passes the picture holds the layers
+/// that are filled, each complete, and the caller may stop.
+class LIBIMAGE_EXPORT LXInpaintIterative {
+public:
+    class IterateBandPixels;
+
+    /// The image must outlive the object; the mask is copied. Of imageRect only the top left corner
+    /// counts. Throws std::bad_alloc if no tile is left for the band.
+    LXInpaintIterative(LXImageRGBA32i& image, const LXImageRGBA32i& mask, const QRect& imageRect,
+                       const QRect& maskRect);
+
+    /// The edges of a mask in a rectangle: alpha trunc(sqrt(gx^2 + gy^2)), at most 255, of the
+    /// Sobel operator on its alpha, where everything outside the rectangle counts as 0. An image of
+    /// the mask's size, colours 0, and 0 outside the rectangle.
+    LXImageRGBA32i Gradient(const LXImageRGBA32i& mask, const QRect& rect) const;
+
+    /// One pass: true if it changed something, and another may change more. False at once if
+    /// maskRect is not valid, and after a pass that changed nothing.
+    ///
+    /// A pixel of the picture that is not there (std::out_of_range) or cannot be written as no tile
+    /// is left (std::bad_alloc) is logged and ends the pass early; the next one goes on in the
+    /// bounds of what this one saw.
+    bool operator()();
+
+    /// How many pixels all passes so far have filled.
+    std::int64_t GetFilledCount() const { return m_filledCount; }
+
+private:
+    LXImageRGBA32i* m_image;
+    LXImageRGBA32i m_mask;
+    LXImageRGBA32i m_band;
+    QRect m_imageRect;
+    QRect m_maskRect;
+    QRect m_bandRect;
+    bool m_active;
+    std::int64_t m_filledCount = 0;
+};
+
+/// The visitor of one pass over the band. It fills pixels of the picture at once, and notes what
+/// changes in mask and band: these stand still under the walk, so that the order of the visits does
+/// not matter to the picture, and Finish puts it all in afterwards. Coordinates are those of the
+/// mask.
+class LIBIMAGE_EXPORT LXInpaintIterative::IterateBandPixels {
+public:
+    /// The images must outlive the object. Mask and band are of the same size.
+    IterateBandPixels(LXImageRGBA32i& image, LXImageRGBA32i& maskOut, LXImageRGBA32i& bandOut,
+                      const QRect& imageRect, const QRect& maskRect);
+
+    /// A pixel with alpha 0 is not in the band. A known one leaves the band, an unknown one is
+    /// filled if it can be. A walk shows its visitor as const, so what it finds is mutable.
+    void operator()(int x, int y, const LXRGBA32i& bandPixel) const {
+        if (bandPixel.alpha != 0)
+            Visit(x, y);
+    }
+
+    /// Puts the changes into mask and band, in the order of the visits; the next pass may begin. A
+    /// std::exception is logged and leaves pixels in the band to be visited once more.
+    void Finish();
+
+    /// The bounds of all pixels of the band that were visited; a null rectangle if there were none.
+    QRect GetBandBoundRect() const;
+    /// Whether Finish changed anything.
+    bool CanContinue() const { return m_changed; }
+    /// How many pixels Finish has made known.
+    std::int64_t GetFilledCount() const { return m_filledCount; }
+
+    /// Whether the pixel was known when the pass began; nothing outside maskRect is.
+    bool IsKnown(int x, int y) const;
+    /// Writes the mean of the first complete window into the picture; false if there is none.
+    bool Inpaint(int x, int y) const;
+    void AddBoundPoint(int x, int y) const;
+    /// Adds the channels of the picture's pixel under (x, y). Throws std::out_of_range outside it.
+    void Add(int x, int y, int& a, int& r, int& g, int& b) const;
+    /// Each value divided by n, truncated, as a low byte; 0 if n is 0.
+    LXRGBA32i MakeColor(int a, int r, int g, int b, int n) const;
+
+private:
+    /// What a visit does to mask and band: the pixel leaves the band; if it was filled it becomes
+    /// known, and the neighbours still unknown come into the band.
+    struct Change {
+        int x, y;
+        bool filled;
+        std::uint32_t surroundings;
+    };
+
+    void Visit(int x, int y) const;
+    std::uint32_t Around(int x, int y) const;
+    bool Fill(int x, int y, std::uint32_t surroundings) const;
+    void Apply(const Change& change);
+    void MarkNeighbours(const Change& change);
+    QPoint InPicture(int x, int y) const;
+
+    LXImageRGBA32i* m_image;
+    LXImageRGBA32i* m_maskOut;
+    LXImageRGBA32i* m_bandOut;
+    LXImageRGBA32i m_frozenMask;
+    QRect m_maskRect;
+    QRect m_knowable; ///< the part of maskRect that the mask covers
+    QPoint m_offset;
+    mutable int m_bound[4]; ///< smallest and largest x, smallest and largest y
+    mutable std::vector<Change> m_changes;
+    bool m_changed = false;
+    std::int64_t m_filledCount = 0;
+};
