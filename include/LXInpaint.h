@@ -7,9 +7,7 @@
 
 #include <array>
 #include <cstdint>
-#include <vector>
 
-class QPoint;
 class QVector2D;
 
 /// Fills what is not opaque in a picture from what is. A pixel of alpha 255 is known; any other is
@@ -77,9 +75,11 @@ public:
     QRgb color(int a, int r, int g, int b);
 
 private:
-    std::vector<QPoint> UnknownBand() const;
-    bool FillLayer(std::vector<QPoint>& front);
-    void MarkNeighbours(int x, int y, std::vector<QPoint>& front);
+    struct Front;
+    Front FirstFront() const;
+    void FillLayer(Front& front);
+    void Wake(int x, int y, Front& front) const;
+    bool Fill(int x, int y, std::uint32_t known);
     std::uint32_t Around(int x, int y) const;
     QRgb PixelAt(int x, int y) const;
     double Weight(int x, int y, int i, int j) const;

@@ -64,9 +64,9 @@ private:
 };
 
 /// The visitor of one pass over the band. It fills pixels of the picture at once, and notes what
-/// changes in mask and band: these stand still under the walk, so that the order of the visits does
-/// not matter to the picture, and Finish puts it all in afterwards. Coordinates are those of the
-/// mask.
+/// changes in mask and band: these stand still under the walk, frozen without a copy, so that the
+/// order of the visits does not matter to the picture. Finish puts it all in afterwards.
+/// Coordinates are those of the mask.
 class LIBIMAGE_EXPORT LXInpaintIterative::IterateBandPixels {
 public:
     /// The images must outlive the object. Mask and band are of the same size.
@@ -120,7 +120,6 @@ private:
     LXImageRGBA32i* m_image;
     LXImageRGBA32i* m_maskOut;
     LXImageRGBA32i* m_bandOut;
-    LXImageRGBA32i m_frozenMask;
     QRect m_maskRect;
     QRect m_knowable; ///< the part of maskRect that the mask covers
     QPoint m_offset;

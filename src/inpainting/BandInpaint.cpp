@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 /// LXInpaintIterative and the visitor of its passes.
 
@@ -83,8 +84,8 @@ using Pass = LXInpaintIterative::IterateBandPixels;
 
 Pass::IterateBandPixels(Image& image, Image& maskOut, Image& bandOut, const QRect& imageRect,
                         const QRect& maskRect)
-    : m_image(&image), m_maskOut(&maskOut), m_bandOut(&bandOut), m_frozenMask(maskOut),
-      m_maskRect(maskRect), m_knowable(Covered(maskRect, maskOut)),
+    : m_image(&image), m_maskOut(&maskOut), m_bandOut(&bandOut), m_maskRect(maskRect),
+      m_knowable(Covered(maskRect, maskOut)),
       m_offset(LXWrappingSubtract(imageRect.left(), maskRect.left()),
                LXWrappingSubtract(imageRect.top(), maskRect.top())),
       m_bound{INT_MAX, INT_MIN, INT_MAX, INT_MIN} {}
@@ -105,7 +106,7 @@ bool Pass::IsKnown(int x, int y) const {
     if (!m_knowable.contains(x, y))
         return false;
     const Place at(x, y);
-    const LXTileReader tile(m_frozenMask.GetTileRow(at.row)[at.column]);
+    const LXTileReader tile(std::as_const(*m_maskOut).GetTileRow(at.row)[at.column]);
     return !tile.Pixels() || IsKnownMark(tile.Row(at.y)[at.x]);
 }
 
@@ -132,7 +133,7 @@ Surroundings Pass::Around(int x, int y) const {
         return 0;
     if (m_knowable.contains(QRect(x - 2, y - 2, 5, 5))) {
         const Place at(x - 2, y - 2);
-        const LXTileReader tile(m_frozenMask.GetTileRow(at.row)[at.column]);
+        const LXTileReader tile(std::as_const(*m_maskOut).GetTileRow(at.row)[at.column]);
         if (tile.Pixels() && at.x + 5 <= Image::TileWidth && at.y + 5 <= Image::TileHeight)
             return LookAroundInside([&](int i) { return tile.Row(at.y + unsigned(i)) + at.x; });
     }
@@ -172,14 +173,11 @@ QRect Pass::GetBandBoundRect() const {
 }
 
 void Pass::Finish() {
-    // Not shared while it is written: so no tile is copied.
-    m_frozenMask = Image(0, 0);
     LXWalkDetail::Guarded(*m_maskOut, [this] {
         for (const Change& change : m_changes)
             Apply(change);
     });
     m_changes.clear();
-    m_frozenMask = *m_maskOut;
 }
 
 /// In this order: if no tile is left, the pixel stays in the band for another visit.

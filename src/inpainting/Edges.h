@@ -14,18 +14,13 @@ namespace Inpainting {
 /// The alpha of a row, with one more pixel at either end: index 0 is left of the first.
 using AlphaRow = std::vector<std::uint8_t>;
 
-/// trunc(sqrt(gx^2 + gy^2)), at most 255, around index i of the three rows.
-inline std::uint8_t EdgeStrength(const AlphaRow& above, const AlphaRow& here, const AlphaRow& below,
-                                 std::size_t i) {
-    const int nw = above[i - 1], n = above[i], ne = above[i + 1];
-    const int w = here[i - 1], e = here[i + 1];
-    const int sw = below[i - 1], s = below[i], se = below[i + 1];
-    const int gx = ne - nw - 2 * w + 2 * e - sw + se;
-    const int gy = nw + 2 * n + ne - sw - 2 * s - se;
-    const int square = gx * gx + gy * gy;
-    if (square == 0 || square >= 255 * 255)
-        return square == 0 ? 0 : 255;
-    return static_cast<std::uint8_t>(std::sqrt(double(square)));
+/// gx^2 + gy^2 of `count` pixels, from three rows of count + 2 alphas.
+void EdgeSquares(const std::uint8_t* above, const std::uint8_t* here, const std::uint8_t* below,
+                 int* squares, int count);
+
+/// trunc(sqrt(square)), at most 255.
+inline int EdgeStrength(int square) {
+    return square >= 255 * 255 ? 255 : static_cast<int>(std::sqrt(double(square)));
 }
 
 /// Calls `found(index, y, strength)` wherever there is an edge in the rows first .. last, index
@@ -33,18 +28,20 @@ inline std::uint8_t EdgeStrength(const AlphaRow& above, const AlphaRow& here, co
 /// decides what there is beyond the mask.
 template <class Read, class Found>
 void ForEdges(int first, int last, int width, Read read, Found found) {
+    if (first > last)
+        return;
     std::array<AlphaRow, 3> rows;
     rows.fill(AlphaRow(std::size_t(width) + 2));
-    if (first <= last) {
-        read(first - 1, rows[1]);
-        read(first, rows[2]);
-    }
+    std::vector<int> squares(static_cast<std::size_t>(width));
+    read(first - 1, rows[1]);
+    read(first, rows[2]);
     for (int y = first; y <= last; ++y) {
         std::rotate(rows.begin(), rows.begin() + 1, rows.end());
         read(y + 1, rows[2]);
+        EdgeSquares(rows[0].data(), rows[1].data(), rows[2].data(), squares.data(), width);
         for (int i = 0; i < width; ++i)
-            if (const int strength = EdgeStrength(rows[0], rows[1], rows[2], std::size_t(i) + 1))
-                found(i, y, strength);
+            if (squares[std::size_t(i)] != 0)
+                found(i, y, EdgeStrength(squares[std::size_t(i)]));
     }
 }
 

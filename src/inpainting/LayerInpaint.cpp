@@ -1,11 +1,13 @@
 #include "LXInpaint.h"
 #include "LXTransformImageColors.h"
 #include "LXWrappingArithmetic.h"
+#include "inpainting/BitPlane.h"
 #include "inpainting/Edges.h"
 #include "inpainting/Windows.h"
 #include "inpainting/Words.h"
 
 #include <QtCore/QPoint>
+#include <QtCore/QtAlgorithms>
 
 #include <algorithm>
 
@@ -20,6 +22,13 @@ constexpr QRgb InBand = 0xFF000000;
 
 } // namespace
 
+struct LXInpaint::Front {
+    BitPlane known;
+    BitPlane outside; ///< unknown, and not in the band as yet
+    BitPlane waiting; ///< in the band, tried in vain, and nothing near it has changed since
+    std::vector<QPoint> toTry;
+};
+
 LXInpaint::LXInpaint(QImage& image) : m_image(&image) {
     m_mask = makeMask(image);
     m_band = gradient(m_mask);
@@ -32,12 +41,13 @@ LXInpaint::LXInpaint(QImage& image) : m_image(&image) {
     image = LXWalkDetail::AsARGB32(image);
 }
 
-/// Walks the front alone, the unknown pixels of the band. Known ones, there from the beginning or
-/// filled next to each other, would only be cleared from it.
+/// A pixel of the band need not be tried in each pass: if it could not be filled, it can only be
+/// once something near it has been. So a pass tries the pixels that are new in the band, and those
+/// with a pixel of the last layer around them.
 void LXInpaint::operator()(int) {
-    std::vector<QPoint> front = UnknownBand();
-    while (FillLayer(front)) {
-    }
+    Front front = FirstFront();
+    while (!front.toTry.empty())
+        FillLayer(front);
 }
 
 QImage LXInpaint::makeMask(const QImage& image) const {
@@ -93,8 +103,11 @@ bool LXInpaint::IsKnown(int x, int y) const {
 }
 
 bool LXInpaint::inpaint0(int x, int y) {
-    const bool inside = m_mask.rect().contains(x, y);
-    const Window* const window = inside ? FindWindow(Around(x, y)) : nullptr;
+    return m_mask.rect().contains(x, y) && Fill(x, y, Around(x, y));
+}
+
+bool LXInpaint::Fill(int x, int y, Surroundings known) {
+    const Window* const window = FindWindow(known);
     if (!window)
         return false;
     int a = 0, r = 0, g = 0, b = 0;
@@ -128,39 +141,49 @@ Surroundings LXInpaint::Around(int x, int y) const {
     return LookAround(x, y, [this](int i, int j) { return IsKnown(i, j); });
 }
 
-std::vector<QPoint> LXInpaint::UnknownBand() const {
-    std::vector<QPoint> front;
-    for (int y = m_rect.top(); y <= m_rect.bottom(); ++y)
-        for (int x = m_rect.left(); x <= m_rect.right(); ++x)
-            if (qAlpha(ConstWords(m_band, y)[x]) == 255 && !IsKnown(x, y))
-                front.emplace_back(x, y);
+LXInpaint::Front LXInpaint::FirstFront() const {
+    const int width = m_mask.width(), height = m_mask.height();
+    Front front = {BitPlane(width, height), BitPlane(width, height), BitPlane(width, height), {}};
+    for (int y = 0; y < height; ++y) {
+        const QRgb *const mask = ConstWords(m_mask, y), *const band = ConstWords(m_band, y);
+        for (int x = 0; x < width; ++x) {
+            if (IsKnownMark(mask[x]))
+                front.known.Add(x, y);
+            else if (qAlpha(band[x]) == 255)
+                front.toTry.emplace_back(x, y);
+            else if (m_rect.contains(x, y)) // a pass never looks beyond
+                front.outside.Add(x, y);
+        }
+    }
     return front;
 }
 
-/// One pass; false if it fills nothing. The mask changes after it, so that all pixels of a layer
-/// see the same known ones, whatever the order.
-bool LXInpaint::FillLayer(std::vector<QPoint>& front) {
-    const auto filled = std::partition(front.begin(), front.end(),
-                                       [this](const QPoint& p) { return !inpaint0(p.x(), p.y()); });
-    const std::vector<QPoint> layer(filled, front.end());
-    front.erase(filled, front.end());
-    for (const QPoint& p : layer)
-        Words(m_mask, p.y())[p.x()] = Words(m_band, p.y())[p.x()] = 0;
-    for (const QPoint& p : layer)
-        MarkNeighbours(p.x(), p.y(), front);
-    return !layer.empty();
+/// One pass. What is known changes after it, so that all pixels of a layer see the same, whatever
+/// the order.
+void LXInpaint::FillLayer(Front& front) {
+    std::vector<QPoint> layer;
+    for (const QPoint& p : front.toTry) {
+        if (Fill(p.x(), p.y(), front.known.Around(p.x(), p.y())))
+            layer.push_back(p);
+        else
+            front.waiting.Add(p.x(), p.y());
+    }
+    front.toTry.clear();
+    for (const QPoint& p : layer) {
+        front.known.Add(p.x(), p.y());
+        Words(m_mask, p.y())[p.x()] = 0;
+        Wake(p.x(), p.y(), front);
+    }
 }
 
-/// Takes the unknown neighbours into the band. What lies outside the bounds of the first band is
-/// never filled: so at an edge of the picture that a hole covers from end to end.
-void LXInpaint::MarkNeighbours(int x, int y, std::vector<QPoint>& front) {
-    ForOthers(0, 0, [&](int dx, int dy) {
-        const QPoint p(x + dx, y + dy);
-        if (!m_rect.contains(p) || IsKnown(p.x(), p.y()))
-            return;
-        QRgb& mark = Words(m_band, p.y())[p.x()];
-        if (qAlpha(mark) != 255)
-            front.push_back(p);
-        mark = InBand;
-    });
+/// Sends the neighbours of a filled pixel into the band, and has those already in it tried again.
+void LXInpaint::Wake(int x, int y, Front& front) const {
+    Surroundings woken = (front.outside.Around(x, y) & Neighbours) | front.waiting.Around(x, y);
+    for (; woken != 0; woken &= woken - 1) {
+        const int bit = qCountTrailingZeroBits(woken);
+        const QPoint p(x + bit % 5 - 2, y + bit / 5 - 2);
+        front.outside.Remove(p.x(), p.y());
+        front.waiting.Remove(p.x(), p.y());
+        front.toTry.push_back(p);
+    }
 }

@@ -1,0 +1,15 @@
+#include "core/Clones.h"
+#include "inpainting/Edges.h"
+
+LX_CLONED
+void Inpainting::EdgeSquares(const std::uint8_t* above, const std::uint8_t* here,
+                             const std::uint8_t* below, int* squares, int count) {
+    for (int i = 0; i < count; ++i) {
+        const int nw = above[i], n = above[i + 1], ne = above[i + 2];
+        const int w = here[i], e = here[i + 2];
+        const int sw = below[i], s = below[i + 1], se = below[i + 2];
+        const int gx = ne - nw - 2 * w + 2 * e - sw + se;
+        const int gy = nw + 2 * n + ne - sw - 2 * s - se;
+        squares[i] = gx * gx + gy * gy;
+    }
+}
