@@ -5,8 +5,7 @@
 #include <QtCore/QRect>
 #include <QtGui/QImage>
 
-#include <array>
-#include <cstdint>
+#include <memory>
 
 class QVector2D;
 
@@ -23,6 +22,9 @@ public:
     /// The image is changed in place; it must outlive the object and keep its size. In another
     /// format than Format_ARGB32 it becomes that at once. Throws std::bad_alloc without the memory.
     explicit LXInpaint(QImage& image);
+    ~LXInpaint();
+    LXInpaint(const LXInpaint&) = delete;
+    LXInpaint& operator=(const LXInpaint&) = delete;
 
     /// Fills all that can be filled. Each pass fills one layer: a pixel counts as known only from
     /// the next pass on. What never has a complete window of known pixels stays as it is, for
@@ -75,21 +77,6 @@ public:
     QRgb color(int a, int r, int g, int b);
 
 private:
-    struct Front;
-    Front FirstFront() const;
-    void FillLayer(Front& front);
-    void Wake(int x, int y, Front& front) const;
-    bool Fill(int x, int y, std::uint32_t known);
-    std::uint32_t Around(int x, int y) const;
-    QRgb PixelAt(int x, int y) const;
-    double Weight(int x, int y, int i, int j) const;
-    std::array<float, 4> CarriedOn(int x, int y, int i, int j) const;
-    int Column(qint64 x) const;
-    int Row(qint64 y) const;
-
-    QImage* m_image;
-    QImage m_mask;
-    QImage m_band;
-    QRect m_rect;
-    QImage m_distanceField;
+    struct Private;
+    const std::unique_ptr<Private> m_private;
 };

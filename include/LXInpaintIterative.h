@@ -7,6 +7,7 @@
 #include <QtCore/QRect>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 /// Fills a hole in a tiled picture from its rim, one layer a call:
@@ -35,6 +36,9 @@ public:
     /// counts. Throws std::bad_alloc if no tile is left for the band.
     LXInpaintIterative(LXImageRGBA32i& image, const LXImageRGBA32i& mask, const QRect& imageRect,
                        const QRect& maskRect);
+    ~LXInpaintIterative();
+    LXInpaintIterative(const LXInpaintIterative&) = delete;
+    LXInpaintIterative& operator=(const LXInpaintIterative&) = delete;
 
     /// The edges of a mask in a rectangle: alpha trunc(sqrt(gx^2 + gy^2)), at most 255, of the
     /// Sobel operator on its alpha, where everything outside the rectangle counts as 0. An image of
@@ -50,17 +54,11 @@ public:
     bool operator()();
 
     /// How many pixels all passes so far have filled.
-    std::int64_t GetFilledCount() const { return m_filledCount; }
+    std::int64_t GetFilledCount() const;
 
 private:
-    LXImageRGBA32i* m_image;
-    LXImageRGBA32i m_mask;
-    LXImageRGBA32i m_band;
-    QRect m_imageRect;
-    QRect m_maskRect;
-    QRect m_bandRect;
-    bool m_active;
-    std::int64_t m_filledCount = 0;
+    struct Private;
+    const std::unique_ptr<Private> m_private;
 };
 
 /// The visitor of one pass over the band. It fills pixels of the picture at once, and notes what
@@ -69,9 +67,8 @@ private:
 /// Coordinates are those of the mask.
 class LIBIMAGE_EXPORT LXInpaintIterative::IterateBandPixels {
 public:
-    /// The images must outlive the object. Mask and band are of the same size.
-    IterateBandPixels(LXImageRGBA32i& image, LXImageRGBA32i& maskOut, LXImageRGBA32i& bandOut,
-                      const QRect& imageRect, const QRect& maskRect);
+    /// A pass of `owner`, which must outlive it.
+    explicit IterateBandPixels(LXInpaintIterative& owner);
 
     /// A pixel with alpha 0 is not in the band. A known one leaves the band, an unknown one is
     /// filled if it can be. A walk shows its visitor as const, so what it finds is mutable.
@@ -117,12 +114,7 @@ private:
     void MarkNeighbours(const Change& change);
     QPoint InPicture(int x, int y) const;
 
-    LXImageRGBA32i* m_image;
-    LXImageRGBA32i* m_maskOut;
-    LXImageRGBA32i* m_bandOut;
-    QRect m_maskRect;
-    QRect m_knowable; ///< the part of maskRect that the mask covers
-    QPoint m_offset;
+    Private* m_owner;
     mutable int m_bound[4]; ///< smallest and largest x, smallest and largest y
     mutable std::vector<Change> m_changes;
     bool m_changed = false;

@@ -1,12 +1,12 @@
 #include "LXInpaintIterative.h"
 #include "LXTransformImageColors.h"
 #include "LXWrappingArithmetic.h"
+#include "inpainting/BitPlane.h"
 #include "inpainting/Edges.h"
-#include "inpainting/Windows.h"
 
 #include <algorithm>
 #include <climits>
-#include <utility>
+#include <vector>
 
 /// LXInpaintIterative and the visitor of its passes.
 
@@ -23,44 +23,81 @@ QRect Covered(const QRect& rect, const Image& image) {
     return rect.isValid() ? rect & LXImageRect(image) : QRect();
 }
 
-/// The tile that has the pixel, and which of the tile's it is.
-struct Place {
-    unsigned int row, column, y, x;
-
-    Place(int px, int py)
-        : row(unsigned(py) / Image::TileHeight), column(unsigned(px) / Image::TileWidth),
-          y(unsigned(py) % Image::TileHeight), x(unsigned(px) % Image::TileWidth) {}
-};
+/// Reads the alpha of a row from `left` on; that of a missing tile is 0.
+void ReadAlpha(const Image& image, int left, int y, std::vector<LXRGBA32i>& line,
+               std::uint8_t* alphas, int count) {
+    line.assign(image.GetWidth(), LXRGBA32i{});
+    image.ReadLine(unsigned(y), reinterpret_cast<unsigned char*>(line.data()),
+                   unsigned(line.size() * sizeof(LXRGBA32i)));
+    for (int i = 0; i < count; ++i)
+        alphas[i] = line[std::size_t(left + i)].alpha;
+}
 
 } // namespace
 
+/// Mask and band. The mask is kept as a set of pixels, with (0, 0) for the corner of `knowable`.
+struct LXInpaintIterative::Private {
+    Private(Image& picture, const Image& mask, const Image& firstBand, const QRect& imageRect,
+            const QRect& givenMaskRect)
+        : image(&picture), band(firstBand), maskRect(givenMaskRect), bandRect(givenMaskRect),
+          knowable(Covered(givenMaskRect, mask)), known(knowable.width(), knowable.height()),
+          offset(LXWrappingSubtract(imageRect.left(), maskRect.left()),
+                 LXWrappingSubtract(imageRect.top(), maskRect.top())),
+          active(maskRect.isValid()) {
+        SetMask(mask);
+    }
+
+    void SetMask(const Image& mask) {
+        std::vector<QPoint> unknown;
+        for (int y = 0; y < knowable.height(); ++y)
+            known.AddRow(y);
+        const auto look = [&](int x, int y, const LXRGBA32i& mark) {
+            if (mark.alpha == 255) {
+                known.Remove(x - knowable.left(), y - knowable.top());
+                unknown.emplace_back(x, y);
+            }
+        };
+        LXVisitImagePixel<Image, decltype(look)>()(mask, knowable, look);
+        for (const QPoint& p : unknown)
+            if (IsSurrounded(Around(p.x(), p.y())))
+                band.SetColor(p.x(), p.y(), InBand);
+    }
+
+    /// For a place that is knowable.
+    Surroundings Around(int x, int y) const {
+        return known.Around(x - knowable.left(), y - knowable.top());
+    }
+
+    Image* image;
+    Image band;
+    QRect maskRect;
+    QRect bandRect;
+    QRect knowable; ///< the part of maskRect that the mask covers
+    BitPlane known;
+    QPoint offset;
+    bool active;
+    std::int64_t filledCount = 0;
+};
+
 LXInpaintIterative::LXInpaintIterative(Image& image, const Image& mask, const QRect& imageRect,
                                        const QRect& maskRect)
-    : m_image(&image), m_mask(mask), m_band(Gradient(mask, maskRect)), m_imageRect(imageRect),
-      m_maskRect(maskRect), m_bandRect(maskRect), m_active(maskRect.isValid()) {
-    const IterateBandPixels pass(image, m_mask, m_band, imageRect, maskRect);
-    const auto isKnown = [&pass](int x, int y) { return pass.IsKnown(x, y); };
-    const auto look = [&](int x, int y, const LXRGBA32i& mark) {
-        if (!IsKnownMark(mark) && IsSurrounded(x, y, isKnown))
-            m_band.SetColor(x, y, InBand);
-    };
-    LXVisitImagePixel<Image, decltype(look)>()(m_mask, Covered(maskRect, mask), look);
+    : m_private(new Private(image, mask, Gradient(mask, maskRect), imageRect, maskRect)) {}
+
+LXInpaintIterative::~LXInpaintIterative() = default;
+
+std::int64_t LXInpaintIterative::GetFilledCount() const {
+    return m_private->filledCount;
 }
 
 LXImageRGBA32i LXInpaintIterative::Gradient(const Image& mask, const QRect& rect) const {
     Image edges(mask.GetWidth(), mask.GetHeight());
     const QRect part = Covered(rect, mask);
-    std::vector<LXRGBA32i> line(mask.GetWidth());
+    std::vector<LXRGBA32i> line;
     // Everything outside the rectangle is 0: so the ends of a row stay as they are.
     const auto read = [&](int y, AlphaRow& row) {
         std::fill(row.begin(), row.end(), std::uint8_t(0));
-        if (y < part.top() || y > part.bottom())
-            return;
-        std::fill(line.begin(), line.end(), LXRGBA32i{});
-        mask.ReadLine(unsigned(y), reinterpret_cast<unsigned char*>(line.data()),
-                      unsigned(line.size() * sizeof(LXRGBA32i)));
-        std::transform(line.begin() + part.left(), line.begin() + part.right() + 1, row.begin() + 1,
-                       [](const LXRGBA32i& pixel) { return pixel.alpha; });
+        if (y >= part.top() && y <= part.bottom())
+            ReadAlpha(mask, part.left(), y, line, &row[1], part.width());
     };
     ForEdges(part.top(), part.bottom(), part.width(), read, [&](int i, int y, int strength) {
         edges.SetColor(part.left() + i, y, {0, 0, 0, static_cast<std::uint8_t>(strength)});
@@ -69,26 +106,22 @@ LXImageRGBA32i LXInpaintIterative::Gradient(const Image& mask, const QRect& rect
 }
 
 bool LXInpaintIterative::operator()() {
-    if (!m_active)
+    Private& my = *m_private;
+    if (!my.active)
         return false;
-    IterateBandPixels pass(*m_image, m_mask, m_band, m_imageRect, m_maskRect);
-    LXVisitImagePixel<Image, IterateBandPixels>()(m_band, m_bandRect, pass);
+    IterateBandPixels pass(*this);
+    LXVisitImagePixel<Image, IterateBandPixels>()(my.band, my.bandRect, pass);
     pass.Finish();
-    m_bandRect = pass.GetBandBoundRect();
-    m_active = pass.CanContinue();
-    m_filledCount += pass.GetFilledCount();
-    return m_active;
+    my.bandRect = pass.GetBandBoundRect();
+    my.active = pass.CanContinue();
+    my.filledCount += pass.GetFilledCount();
+    return my.active;
 }
 
 using Pass = LXInpaintIterative::IterateBandPixels;
 
-Pass::IterateBandPixels(Image& image, Image& maskOut, Image& bandOut, const QRect& imageRect,
-                        const QRect& maskRect)
-    : m_image(&image), m_maskOut(&maskOut), m_bandOut(&bandOut), m_maskRect(maskRect),
-      m_knowable(Covered(maskRect, maskOut)),
-      m_offset(LXWrappingSubtract(imageRect.left(), maskRect.left()),
-               LXWrappingSubtract(imageRect.top(), maskRect.top())),
-      m_bound{INT_MAX, INT_MIN, INT_MAX, INT_MIN} {}
+Pass::IterateBandPixels(LXInpaintIterative& owner)
+    : m_owner(owner.m_private.get()), m_bound{INT_MAX, INT_MIN, INT_MAX, INT_MIN} {}
 
 void Pass::Visit(int x, int y) const {
     if (IsKnown(x, y)) {
@@ -103,11 +136,7 @@ void Pass::Visit(int x, int y) const {
 }
 
 bool Pass::IsKnown(int x, int y) const {
-    if (!m_knowable.contains(x, y))
-        return false;
-    const Place at(x, y);
-    const LXTileReader tile(std::as_const(*m_maskOut).GetTileRow(at.row)[at.column]);
-    return !tile.Pixels() || IsKnownMark(tile.Row(at.y)[at.x]);
+    return m_owner->knowable.contains(x, y) && (m_owner->Around(x, y) & Bit(0, 0)) != 0;
 }
 
 bool Pass::Inpaint(int x, int y) const {
@@ -123,30 +152,22 @@ bool Pass::Fill(int x, int y, Surroundings surroundings) const {
               [&](int dx, int dy) { Add(x + dx, y + dy, a, r, g, b); });
     const QPoint at = InPicture(x, y);
     // Unlike LXInpaint, which rounds.
-    m_image->SetColor(at.x(), at.y(), MakeColor(a, r, g, b, 8));
+    m_owner->image->SetColor(at.x(), at.y(), MakeColor(a, r, g, b, 8));
     return true;
 }
 
-/// A place that cannot be filled has none.
+/// A place that is not knowable cannot be filled.
 Surroundings Pass::Around(int x, int y) const {
-    if (!m_knowable.contains(x, y))
-        return 0;
-    if (m_knowable.contains(QRect(x - 2, y - 2, 5, 5))) {
-        const Place at(x - 2, y - 2);
-        const LXTileReader tile(std::as_const(*m_maskOut).GetTileRow(at.row)[at.column]);
-        if (tile.Pixels() && at.x + 5 <= Image::TileWidth && at.y + 5 <= Image::TileHeight)
-            return LookAroundInside([&](int i) { return tile.Row(at.y + unsigned(i)) + at.x; });
-    }
-    return LookAround(x, y, [this](int i, int j) { return IsKnown(i, j); });
+    return m_owner->knowable.contains(x, y) ? m_owner->Around(x, y) : 0;
 }
 
 QPoint Pass::InPicture(int x, int y) const {
-    return {LXWrappingAdd(x, m_offset.x()), LXWrappingAdd(y, m_offset.y())};
+    return {LXWrappingAdd(x, m_owner->offset.x()), LXWrappingAdd(y, m_owner->offset.y())};
 }
 
 void Pass::Add(int x, int y, int& a, int& r, int& g, int& b) const {
     const QPoint at = InPicture(x, y);
-    const LXRGBA32i pixel = m_image->GetColor(at.x(), at.y());
+    const LXRGBA32i pixel = m_owner->image->GetColor(at.x(), at.y());
     a += pixel.alpha;
     r += pixel.red;
     g += pixel.green;
@@ -173,7 +194,7 @@ QRect Pass::GetBandBoundRect() const {
 }
 
 void Pass::Finish() {
-    LXWalkDetail::Guarded(*m_maskOut, [this] {
+    LXWalkDetail::Guarded(m_owner->band, [this] {
         for (const Change& change : m_changes)
             Apply(change);
     });
@@ -184,21 +205,21 @@ void Pass::Finish() {
 void Pass::Apply(const Change& change) {
     if (change.filled) {
         MarkNeighbours(change);
-        m_maskOut->SetColor(change.x, change.y, {});
+        m_owner->known.Add(change.x - m_owner->knowable.left(), change.y - m_owner->knowable.top());
         ++m_filledCount;
     }
-    m_bandOut->SetColor(change.x, change.y, {});
+    m_owner->band.SetColor(change.x, change.y, {});
     m_changed = true;
 }
 
 /// Takes the unknown neighbours into the band, but for those in the rightmost column of maskRect:
 /// that is how the band is defined.
 void Pass::MarkNeighbours(const Change& change) {
-    const QRect markable = m_knowable & m_maskRect.adjusted(0, 0, -1, 0);
+    const QRect markable = m_owner->knowable & m_owner->maskRect.adjusted(0, 0, -1, 0);
     ForOthers(0, 0, [&](int dx, int dy) {
         const int x = change.x + dx, y = change.y + dy;
         const bool known = (change.surroundings & Bit(dx, dy)) != 0;
         if (!known && markable.contains(x, y))
-            m_bandOut->SetColor(x, y, InBand);
+            m_owner->band.SetColor(x, y, InBand);
     });
 }

@@ -1,5 +1,5 @@
-#include "LXInpaint.h"
 #include "core/Truncate.h"
+#include "inpainting/InpaintPrivate.h"
 #include "inpainting/Words.h"
 
 #include <QtGui/QVector2D>
@@ -32,6 +32,11 @@ float DistanceOf(QRgb bits) {
     return distance;
 }
 
+/// A coordinate moved by `step`, clamped to a side of the image.
+int Clamped(int at, int step, int length) {
+    return int(std::clamp<qint64>(qint64(at) + step, 0, std::max(length - 1, 0)));
+}
+
 using Channels = std::array<int, 4>;
 
 Channels ChannelsOf(QRgb pixel) {
@@ -41,40 +46,33 @@ Channels ChannelsOf(QRgb pixel) {
 } // namespace
 
 void LXInpaint::initializeField() {
-    QImage field = NewARGB32(m_mask.size());
-    for (int y = 0; y < field.height(); ++y) {
-        const QRgb* const mask = ConstWords(m_mask, y);
-        std::transform(mask, mask + field.width(), Words(field, y),
-                       [](QRgb word) { return qAlpha(word) == 255 ? BitsOf(Far) : 0; });
-    }
-    m_distanceField = field;
+    QImage field = NewARGB32(m_private->image->size());
+    for (int y = 0; y < field.height(); ++y)
+        for (int x = 0; x < field.width(); ++x)
+            Words(field, y)[x] = BitsOf(m_private->known.Has(x, y) ? 0 : Far);
+    m_private->distanceField = field;
 }
 
 void LXInpaint::setField(int x, int y, double distance) {
-    if (m_distanceField.rect().contains(x, y))
-        Words(m_distanceField, y)[x] = BitsOf(static_cast<float>(distance));
+    if (m_private->distanceField.rect().contains(x, y))
+        Words(m_private->distanceField, y)[x] = BitsOf(static_cast<float>(distance));
 }
 
 double LXInpaint::field(int x, int y) const {
-    if (!m_distanceField.rect().contains(x, y))
+    if (!m_private->distanceField.rect().contains(x, y))
         return Far;
-    return DistanceOf(ConstWords(m_distanceField, y)[x]);
-}
-
-int LXInpaint::Column(qint64 x) const {
-    return int(std::clamp<qint64>(x, 0, std::max(m_mask.width() - 1, 0)));
-}
-
-int LXInpaint::Row(qint64 y) const {
-    return int(std::clamp<qint64>(y, 0, std::max(m_mask.height() - 1, 0)));
+    return DistanceOf(ConstWords(m_private->distanceField, y)[x]);
 }
 
 void LXInpaint::gradField(int x, int y, QVector2D* out) const {
     if (!out)
         return;
-    const double t = field(Column(x), Row(y));
-    double dx = field(Column(qint64(x) + 1), Row(y)) - t;
-    double dy = field(Column(x), Row(qint64(y) + 1)) - t;
+    const auto at = [&](int dx, int dy) {
+        return field(Clamped(x, dx, m_private->image->width()),
+                     Clamped(y, dy, m_private->image->height()));
+    };
+    const double t = at(0, 0);
+    double dx = at(1, 0) - t, dy = at(0, 1) - t;
     const double m = std::sqrt(dx * dx + dy * dy);
     if (m > 0.0001) {
         dx /= m;
@@ -103,7 +101,8 @@ double LXInpaint::solve(int x1, int y1, int x2, int y2) const {
 void LXInpaint::grad(int x, int y, QVector2D* red, QVector2D* green, QVector2D* blue,
                      QVector2D* alpha) const {
     const auto at = [&](int dx, int dy) {
-        return ChannelsOf(PixelAt(Column(qint64(x) + dx), Row(qint64(y) + dy)));
+        return ChannelsOf(m_private->PixelAt(Clamped(x, dx, m_private->image->width()),
+                                             Clamped(y, dy, m_private->image->height())));
     };
     const Channels nw = at(-1, -1), n = at(0, -1), ne = at(1, -1);
     const Channels w = at(-1, 0), e = at(1, 0);
@@ -117,33 +116,38 @@ void LXInpaint::grad(int x, int y, QVector2D* red, QVector2D* green, QVector2D* 
         }
 }
 
-double LXInpaint::Weight(int x, int y, int i, int j) const {
+namespace {
+
+/// The weight of (i, j) for (x, y).
+double Weight(const LXInpaint& inpaint, int x, int y, int i, int j) {
     const float di = float(i - x), dj = float(j - y);
     QVector2D g;
-    gradField(i, j, &g);
+    inpaint.gradField(i, j, &g);
     const float len = std::sqrt(di * di + dj * dj);
     const float dot = g.x() * di + g.y() * dj;
-    return (dot / len) * (1 / (len * len)) * (1 / (std::abs(field(i, j) - field(x, y)) + 1));
+    const double difference = std::abs(inpaint.field(i, j) - inpaint.field(x, y));
+    return (dot / len) * (1 / (len * len)) * (1 / (difference + 1));
 }
 
-/// Alpha, red, green and blue at (i, j) carried on to (x, y) by central differences, which are 0
-/// unless all four neighbours are known.
-std::array<float, 4> LXInpaint::CarriedOn(int x, int y, int i, int j) const {
-    const bool slopes =
-        IsKnown(i + 1, j) && IsKnown(i - 1, j) && IsKnown(i, j + 1) && IsKnown(i, j - 1);
+} // namespace
+
+/// Alpha, red, green and blue at (i, j) carried on by (di, dj) along central differences, which are
+/// 0 unless all four neighbours are known.
+LXInpaint::Private::Colour LXInpaint::Private::CarriedOn(int i, int j, int di, int dj) const {
+    const bool slopes = Knows(i + 1, j) && Knows(i - 1, j) && Knows(i, j + 1) && Knows(i, j - 1);
     const Channels here = ChannelsOf(PixelAt(i, j));
     const Channels e = ChannelsOf(PixelAt(i + 1, j)), w = ChannelsOf(PixelAt(i - 1, j));
     const Channels s = ChannelsOf(PixelAt(i, j + 1)), n = ChannelsOf(PixelAt(i, j - 1));
-    std::array<float, 4> result{};
+    Colour result{};
     for (std::size_t c = 0; c < result.size(); ++c) {
         const int gx = slopes ? e[c] - w[c] : 0, gy = slopes ? s[c] - n[c] : 0;
-        result[c] = float(here[c] + gx * (i - x) + gy * (j - y));
+        result[c] = here[c] + gx * di + gy * dj;
     }
     return result;
 }
 
 void LXInpaint::inpaint(int x, int y) {
-    if (!m_mask.rect().contains(x, y))
+    if (!m_private->Contains(x, y))
         return;
     std::array<double, 4> sums{};
     double weights = 0; // the same for all channels
@@ -153,8 +157,8 @@ void LXInpaint::inpaint(int x, int y) {
             // the mean is defined.
             if (j == y || i == x || !IsKnown(i, j))
                 continue;
-            const double w = Weight(x, y, i, j);
-            const std::array<float, 4> colour = CarriedOn(x, y, i, j);
+            const double w = Weight(*this, x, y, i, j);
+            const Private::Colour colour = m_private->CarriedOn(i, j, i - x, j - y);
             for (std::size_t c = 0; c < sums.size(); ++c)
                 sums[c] += w * colour[c];
             weights += w;
@@ -163,5 +167,5 @@ void LXInpaint::inpaint(int x, int y) {
     const auto channel = [&](std::size_t c) {
         return TruncateToInt(std::clamp(sums[c] / weights, 0.0, 255.0));
     };
-    Words(*m_image, y)[x] = qRgba(channel(1), channel(2), channel(3), channel(0));
+    Words(*m_private->image, y)[x] = qRgba(channel(1), channel(2), channel(3), channel(0));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "inpainting/Rows.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -13,10 +15,6 @@ namespace Inpainting {
 
 /// The alpha of a row, with one more pixel at either end: index 0 is left of the first.
 using AlphaRow = std::vector<std::uint8_t>;
-
-/// gx^2 + gy^2 of `count` pixels, from three rows of count + 2 alphas.
-void EdgeSquares(const std::uint8_t* above, const std::uint8_t* here, const std::uint8_t* below,
-                 int* squares, int count);
 
 /// trunc(sqrt(square)), at most 255.
 inline int EdgeStrength(int square) {

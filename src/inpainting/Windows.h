@@ -1,7 +1,5 @@
 #pragma once
 
-#include "LXPixel.h"
-
 #include <cstdint>
 
 /// How a hole grows together: a pixel is filled with the mean of the eight others of a 3 x 3 window
@@ -43,6 +41,8 @@ struct Window {
 constexpr Window Windows[] = {{0, 0},   {0, -1}, {0, 1}, {-1, 0}, {1, 0},
                               {-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
 
+constexpr Surroundings AllAround = (Surroundings(1) << 25) - 1;
+
 /// The eight pixels next to one.
 constexpr Surroundings Neighbours = Windows[0].others;
 
@@ -54,44 +54,34 @@ inline const Window* FindWindow(Surroundings known) {
     return nullptr;
 }
 
+/// The channels of pixels, summed side by side in two words.
+class ChannelSums {
+public:
+    /// A pixel as a word; up to 256 of them.
+    void Add(std::uint32_t pixel) {
+        m_even += pixel & Even;
+        m_odd += pixel >> 8 & Even;
+    }
+    /// Each sum plus `rounding`, shifted right by 3: 4 rounds the mean of eight, 0 truncates it.
+    std::uint32_t Eighth(std::uint32_t rounding) const {
+        const std::uint32_t each = rounding << 16 | rounding;
+        return ((m_even + each) >> 3 & Even) | ((m_odd + each) >> 3 & Even) << 8;
+    }
+
+private:
+    static constexpr std::uint32_t Even = 0x00FF00FF;
+    std::uint32_t m_even = 0, m_odd = 0;
+};
+
 /// A pixel of a mask is known if it is below 0xFF000000 as a word, whatever its colours.
-inline bool IsKnownMark(std::uint32_t word) {
+constexpr bool IsKnownMark(std::uint32_t word) {
     return word < 0xFF000000;
 }
-inline bool IsKnownMark(const LXRGBA32i& pixel) {
-    return pixel.alpha < 255;
-}
 
-/// The surroundings of (x, y), asking `isKnown(x, y)` for each.
-template <class IsKnown>
-Surroundings LookAround(int x, int y, IsKnown isKnown) {
-    Surroundings known = 0;
-    for (int dy = -2; dy <= 2; ++dy)
-        for (int dx = -2; dx <= 2; ++dx)
-            known |= isKnown(x + dx, y + dy) ? Bit(dx, dy) : 0;
-    return known;
-}
-
-/// The same where the mask has them side by side: `row(i)` points at the first of the five pixels
-/// in the row i of the five.
-template <class Row>
-Surroundings LookAroundInside(Row row) {
-    Surroundings known = 0;
-    for (int i = 0; i < 5; ++i) {
-        const auto* const pixels = row(i);
-        for (int k = 0; k < 5; ++k)
-            known |= IsKnownMark(pixels[k]) ? Bit(k - 2, i - 2) : 0;
-    }
-    return known;
-}
-
-/// Whether the eight neighbours of (x, y) are known. Such a hole of one pixel has no gradient in
-/// itself, so the band around the hole would never reach it.
-template <class IsKnown>
-bool IsSurrounded(int x, int y, IsKnown isKnown) {
-    bool surrounded = true;
-    ForOthers(0, 0, [&](int dx, int dy) { surrounded = surrounded && isKnown(x + dx, y + dy); });
-    return surrounded;
+/// Whether the eight neighbours are known. Such a hole of one pixel has no gradient in itself, so
+/// the band around the hole would never reach it.
+constexpr bool IsSurrounded(Surroundings known) {
+    return (known & Neighbours) == Neighbours;
 }
 
 } // namespace Inpainting

@@ -1,5 +1,18 @@
+#include "inpainting/Rows.h"
+
 #include "core/Clones.h"
-#include "inpainting/Edges.h"
+
+LX_CLONED
+void Inpainting::MarkUnknown(const std::uint32_t* words, std::uint32_t* marks, int count) {
+    for (int i = 0; i < count; ++i)
+        marks[i] = words[i] >= 0xFF000000 ? 0 : 0xFFFF0000;
+}
+
+LX_CLONED
+void Inpainting::AlphaOf(const std::uint32_t* words, std::uint8_t* alphas, int count) {
+    for (int i = 0; i < count; ++i)
+        alphas[i] = static_cast<std::uint8_t>(words[i] >> 24);
+}
 
 LX_CLONED
 void Inpainting::EdgeSquares(const std::uint8_t* above, const std::uint8_t* here,
