@@ -77,6 +77,10 @@ public:
             Visit(x, y);
     }
 
+    /// The same for neighbouring pixels. Nearly all are not in the band, and are passed over
+    /// quickly.
+    void VisitRun(int x, int y, const LXRGBA32i* pixels, unsigned int count) const;
+
     /// Puts the changes into mask and band, in the order of the visits; the next pass may begin. A
     /// std::exception is logged and leaves pixels in the band to be visited once more.
     void Finish();

@@ -19,8 +19,9 @@
 ///
 /// An object may offer whole runs of neighbouring pixels as well, by a const member
 /// `TransformRun(LXRGBA32i* pixels, unsigned int count)`, which must do what operator() does to
-/// each of them; the walks then use that. So may a visitor of colours, by
-/// `VisitRun(const LXRGBA32i* pixels, unsigned int count)`.
+/// each of them; the walks then use that. So may visitors: those of colours by
+/// `VisitRun(const LXRGBA32i* pixels, unsigned int count)`, those of pixels by
+/// `VisitRun(int x, int y, const LXRGBA32i* pixels, unsigned int count)`.
 
 namespace LXWalkDetail {
 
@@ -55,6 +56,24 @@ void VisitRun(const Visitor& visitor, const LXRGBA32i* pixels, unsigned int coun
     } else {
         for (unsigned int i = 0; i < count; ++i)
             visitor(pixels[i]);
+    }
+}
+
+template <class Visitor, class = void>
+struct TakesPlacedRuns : std::false_type {};
+template <class Visitor>
+struct TakesPlacedRuns<Visitor,
+                       std::void_t<decltype(std::declval<const Visitor&>().VisitRun(
+                           0, 0, std::declval<const LXRGBA32i*>(), 0U))>> : std::true_type {};
+
+/// One run to a visitor of pixels.
+template <class Visitor>
+void VisitRun(const Visitor& visitor, int x, int y, const LXRGBA32i* pixels, int count) {
+    if constexpr (TakesPlacedRuns<Visitor>::value) {
+        visitor.VisitRun(x, y, pixels, unsigned(count));
+    } else {
+        for (int i = 0; i < count; ++i)
+            visitor(x + i, y, pixels[i]);
     }
 }
 
@@ -187,8 +206,7 @@ struct LXVisitImagePixel {
     bool operator()(const Image& image, const QRect& rect, const Visitor& visitor) const {
         return LXWalkDetail::VisitRows(image, rect,
                                        [&](const LXRGBA32i* row, int x, int y, int count) {
-                                           for (int i = 0; i < count; ++i)
-                                               visitor(x + i, y, row[i]);
+                                           LXWalkDetail::VisitRun(visitor, x, y, row, count);
                                        });
     }
 };

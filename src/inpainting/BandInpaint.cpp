@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
 #include <vector>
 
 /// LXInpaintIterative and the visitor of its passes.
@@ -31,6 +32,16 @@ void ReadAlpha(const Image& image, int left, int y, std::vector<LXRGBA32i>& line
                    unsigned(line.size() * sizeof(LXRGBA32i)));
     for (int i = 0; i < count; ++i)
         alphas[i] = line[std::size_t(left + i)].alpha;
+}
+
+/// Whether one of `Count` pixels has an alpha other than 0.
+template <unsigned int Count>
+bool AnyAlpha(const LXRGBA32i* pixels) {
+    std::uint64_t pairs[Count / 2], all = 0;
+    std::memcpy(pairs, pixels, sizeof pairs);
+    for (const std::uint64_t pair : pairs)
+        all |= pair;
+    return (all & 0xFF000000FF000000) != 0;
 }
 
 } // namespace
@@ -122,6 +133,17 @@ using Pass = LXInpaintIterative::IterateBandPixels;
 
 Pass::IterateBandPixels(LXInpaintIterative& owner)
     : m_owner(owner.m_private.get()), m_bound{INT_MAX, INT_MIN, INT_MAX, INT_MIN} {}
+
+void Pass::VisitRun(int x, int y, const LXRGBA32i* pixels, unsigned int count) const {
+    constexpr unsigned int Step = 8;
+    unsigned int i = 0;
+    for (; i + Step <= count; i += Step)
+        if (AnyAlpha<Step>(pixels + i))
+            for (unsigned int k = i; k < i + Step; ++k)
+                (*this)(x + int(k), y, pixels[k]);
+    for (; i < count; ++i)
+        (*this)(x + int(i), y, pixels[i]);
+}
 
 void Pass::Visit(int x, int y) const {
     if (IsKnown(x, y)) {

@@ -8,6 +8,7 @@
 #include <QtGui/QImage>
 
 #include <array>
+#include <cstddef>
 #include <vector>
 
 /// Mask and band, as sets of pixels.
@@ -24,10 +25,19 @@ struct LXInpaint::Private {
     /// The first band, and its bounds, which no pass looks beyond.
     void SetBand(const QImage& band, const QRect& rect);
 
+    /// The pixels of an image that nobody else shares.
+    struct Pixels {
+        QRgb* first;
+        std::ptrdiff_t stride;
+        QRgb& At(int x, int y) const { return first[y * stride + x]; }
+    };
+    /// Detaches the image. Throws std::bad_alloc if that fails.
+    Pixels OwnPixels();
+
     /// One pass.
-    void FillLayer();
+    void FillLayer(const Pixels& pixels);
     /// For a pixel of the image. It does not become known by that.
-    bool Fill(int x, int y);
+    bool Fill(int x, int y, const Pixels& pixels) const;
     /// Takes the neighbours of a filled pixel into the band, and has those already in it tried
     /// again.
     void Wake(int x, int y);

@@ -33,8 +33,11 @@ LXInpaint::LXInpaint(QImage& image) : m_private(new Private(image)) {
 LXInpaint::~LXInpaint() = default;
 
 void LXInpaint::operator()(int) {
+    if (m_private->toTry.empty())
+        return;
+    const Private::Pixels pixels = m_private->OwnPixels();
     while (!m_private->toTry.empty())
-        m_private->FillLayer();
+        m_private->FillLayer(pixels);
 }
 
 QImage LXInpaint::makeMask(const QImage& image) const {
@@ -84,7 +87,7 @@ bool LXInpaint::IsKnown(int x, int y) const {
 }
 
 bool LXInpaint::inpaint0(int x, int y) {
-    return m_private->Contains(x, y) && m_private->Fill(x, y);
+    return m_private->Contains(x, y) && m_private->Fill(x, y, m_private->OwnPixels());
 }
 
 void LXInpaint::sum(int x, int y, int& a, int& r, int& g, int& b) {
@@ -132,23 +135,27 @@ void LXInpaint::Private::SetBand(const QImage& band, const QRect& rect) {
     }
 }
 
-bool LXInpaint::Private::Fill(int x, int y) {
+LXInpaint::Private::Pixels LXInpaint::Private::OwnPixels() {
+    return {Words(*image, 0), image->bytesPerLine() / std::ptrdiff_t(sizeof(QRgb))};
+}
+
+bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
     const Window* const window = FindWindow(known.Around(x, y));
     if (!window)
         return false;
     ChannelSums sums;
     ForOthers(window->centreX, window->centreY,
-              [&](int dx, int dy) { sums.Add(ConstWords(*image, y + dy)[x + dx]); });
-    Words(*image, y)[x] = sums.Eighth(4); // rounded
+              [&](int dx, int dy) { sums.Add(pixels.At(x + dx, y + dy)); });
+    pixels.At(x, y) = sums.Eighth(4); // rounded
     return true;
 }
 
 /// What is known changes after all pixels were tried, so that all of a layer see the same, whatever
 /// the order.
-void LXInpaint::Private::FillLayer() {
+void LXInpaint::Private::FillLayer(const Pixels& pixels) {
     std::vector<QPoint> layer;
     for (const QPoint& p : toTry) {
-        if (Fill(p.x(), p.y()))
+        if (Fill(p.x(), p.y(), pixels))
             layer.push_back(p);
         else
             waiting.Add(p.x(), p.y());
