@@ -37,10 +37,12 @@ void ReadAlpha(const Image& image, int left, int y, std::vector<LXRGBA32i>& line
 /// Whether one of `Count` pixels has an alpha other than 0.
 template <unsigned int Count>
 bool AnyAlpha(const LXRGBA32i* pixels) {
-    std::uint64_t pairs[Count / 2], all = 0;
-    std::memcpy(pairs, pixels, sizeof pairs);
-    for (const std::uint64_t pair : pairs)
+    std::uint64_t all = 0;
+    for (unsigned int i = 0; i < Count; i += 2) {
+        std::uint64_t pair;
+        std::memcpy(&pair, pixels + i, sizeof pair);
         all |= pair;
+    }
     return (all & 0xFF000000FF000000) != 0;
 }
 

@@ -138,39 +138,3 @@ void LXInpaint::Private::SetBand(const QImage& band, const QRect& rect) {
 LXInpaint::Private::Pixels LXInpaint::Private::OwnPixels() {
     return {Words(*image, 0), image->bytesPerLine() / std::ptrdiff_t(sizeof(QRgb))};
 }
-
-bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
-    const Window* const window = FindWindow(known.Around(x, y));
-    if (!window)
-        return false;
-    ChannelSums sums;
-    ForOthers(window->centreX, window->centreY,
-              [&](int dx, int dy) { sums.Add(pixels.At(x + dx, y + dy)); });
-    pixels.At(x, y) = sums.Eighth(4); // rounded
-    return true;
-}
-
-/// What is known changes after all pixels were tried, so that all of a layer see the same, whatever
-/// the order.
-void LXInpaint::Private::FillLayer(const Pixels& pixels) {
-    std::vector<QPoint> layer;
-    for (const QPoint& p : toTry) {
-        if (Fill(p.x(), p.y(), pixels))
-            layer.push_back(p);
-        else
-            waiting.Add(p.x(), p.y());
-    }
-    toTry.clear();
-    for (const QPoint& p : layer) {
-        known.Add(p.x(), p.y());
-        Wake(p.x(), p.y());
-    }
-}
-
-void LXInpaint::Private::Wake(int x, int y) {
-    Surroundings woken = outside.TakeAround(x, y, Neighbours) | waiting.TakeAround(x, y, AllAround);
-    for (; woken != 0; woken &= woken - 1) {
-        const int bit = int(qCountTrailingZeroBits(woken));
-        toTry.emplace_back(x + bit % 5 - 2, y + bit / 5 - 2);
-    }
-}

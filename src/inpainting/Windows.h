@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QtAlgorithms>
+
 #include <cstdint>
 
 /// How a hole grows together: a pixel is filled with the mean of the eight others of a 3 x 3 window
@@ -46,12 +48,15 @@ constexpr Surroundings AllAround = (Surroundings(1) << 25) - 1;
 /// The eight pixels next to one.
 constexpr Surroundings Neighbours = Windows[0].others;
 
-/// The first window that is known but for the pixel itself, or null.
+/// The first window that is known but for the pixel itself, or null. All are looked at, as which it
+/// will be is hard for the processor to predict.
 inline const Window* FindWindow(Surroundings known) {
-    for (const Window& window : Windows)
-        if ((known & window.others) == window.others)
-            return &window;
-    return nullptr;
+    unsigned int complete = 0, bit = 1;
+    for (const Window& window : Windows) {
+        complete |= (known & window.others) == window.others ? bit : 0;
+        bit *= 2;
+    }
+    return complete != 0 ? &Windows[qCountTrailingZeroBits(complete)] : nullptr;
 }
 
 /// The channels of pixels, summed side by side in two words.
@@ -61,6 +66,10 @@ public:
     void Add(std::uint32_t pixel) {
         m_even += pixel & Even;
         m_odd += pixel >> 8 & Even;
+    }
+    void Remove(std::uint32_t pixel) {
+        m_even -= pixel & Even;
+        m_odd -= pixel >> 8 & Even;
     }
     /// Each sum plus `rounding`, shifted right by 3: 4 rounds the mean of eight, 0 truncates it.
     std::uint32_t Eighth(std::uint32_t rounding) const {
