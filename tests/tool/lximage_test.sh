@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in adjust blend blur convert histogram info profile scene white-balance; do
+for command in adjust blend blur convert histogram info inpaint profile scene white-balance; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in blend blur convert histogram info profile scene white-balance; do
+for command in blend blur convert histogram info inpaint profile scene white-balance; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -468,6 +468,30 @@ check "white-balance of a missing file" exits 1 white-balance missing.png none.p
 check "white-balance without a result" exits 2 white-balance base.png
 check "no output of what failed" absent none.png
 
+# --- inpaint -------------------------------------------------------------------------------------
+
+"$tool" scene --picture damage --size 200x160 damage.png
+"$tool" convert --format ppm base.png - | "$tool" convert --format png - flat.png
+"$tool" blend flat.png damage.png damaged.png
+check "inpaint" exits 0 inpaint --mask damage.png damaged.png healed.png
+check "inpaint: pixels" differ healed.png damaged.png
+check "inpaint with the mask moved away" exits 0 inpaint --mask damage.png --at 200,0 damaged.png far.png
+check "inpaint with the mask moved away: pixels" same_pixels far.png damaged.png
+check "inpaint from the highest value on" exits 0 \
+    inpaint --mask damage.png --threshold 255 damaged.png less.png
+check "inpaint from the highest value on: pixels" differ less.png healed.png
+"$tool" blend --mode destination-out flat.png damage.png holes.png
+check "inpaint what is transparent" exits 0 inpaint holes.png whole.png
+check "inpaint what is transparent: pixels" differ whole.png holes.png
+for arguments in "--threshold 0" "--threshold x" "--at 5"; do
+    # shellcheck disable=SC2086
+    check "inpaint $arguments" exits 2 inpaint --mask damage.png $arguments damaged.png none.png
+done
+check "inpaint --at without a mask" exits 2 inpaint --at 5,5 damaged.png none.png
+check "inpaint --keep-partial without a mask" exits 2 inpaint --keep-partial damaged.png none.png
+check "inpaint with a missing mask" exits 1 inpaint --mask missing.png damaged.png none.png
+check "no output of what failed" absent none.png
+
 # --- interruption --------------------------------------------------------------------------------
 
 mkdir stopped
@@ -495,6 +519,34 @@ check "SIGINT while working: message" complained "interrupted"
 "$tool" blur --gauss 300 base.png stopped/old.png 2>stderr &
 check "SIGINT between lines" ends_on INT $!
 check "SIGINT between lines: message" complained "interrupted"
+
+# A slanted band takes thousands of passes. It comes through a pipe: once that is empty, the filling
+# begins.
+{
+    printf 'P5\n3000 3000\n255\n'
+    awk 'BEGIN {
+        for (i = 0; i < 3000; ++i) { known = known "k"; hole = hole "h" }
+        for (y = 0; y < 3000; ++y)
+            printf "%s%s%s", substr(known, 1, 500 + int(y / 9)), substr(hole, 1, 1500),
+                substr(known, 1, 1000 - int(y / 9))
+    }' | tr kh '\0\377'
+} >band.pgm
+"$tool" scene --size 3000x3000 wide.bmp
+stops_filling() { # arguments
+    "$tool" inpaint --mask slow "$@" 2>stderr &
+    local job=$!
+    cat band.pgm >slow
+    sleep 2
+    kill -INT $job # once: a second one would stop the writing too
+    wait $job
+    [[ $? -eq 1 ]]
+}
+check "SIGINT while filling" stops_filling wide.bmp stopped/old.png
+check "SIGINT while filling: message" complained "interrupted"
+check "SIGINT while filling, keeping it" stops_filling --keep-partial wide.bmp partial.bmp
+check "SIGINT while filling, keeping it: message" complained "interrupted"
+check "SIGINT while filling, keeping it: a picture" exits 0 info partial.bmp
+check "SIGINT while filling, keeping it: pixels" differ partial.bmp wide.bmp
 
 check "interruption leaves no new file" [ "$(ls -A stopped)" = old.png ]
 check "interruption leaves the old file" cmp -s stopped/old.png <(echo old)

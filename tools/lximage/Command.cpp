@@ -13,6 +13,7 @@ const std::vector<Command>& Commands() {
         {"blur", "[options] IN OUT", "Blur, or convolve with a kernel", RunBlur},
         {"histogram", "[options] FILE [OUT]", "Count levels and draw the counts", RunHistogram},
         {"profile", "[options] IN OUT", "Assign a colour profile or convert to it", RunProfile},
+        {"inpaint", "[options] IN OUT", "Fill scratches and dust from their rims", RunInpaint},
         {"scene", "[options] OUT", "Paint a picture to try things on", RunScene},
         {"white-balance", "[options] IN OUT", "Correct colour and brightness", RunWhiteBalance},
     };

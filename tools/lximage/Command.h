@@ -30,5 +30,6 @@ int RunBlend(const Command& command, const QStringList& arguments);
 int RunConvert(const Command& command, const QStringList& arguments);
 int RunHistogram(const Command& command, const QStringList& arguments);
 int RunProfile(const Command& command, const QStringList& arguments);
+int RunInpaint(const Command& command, const QStringList& arguments);
 int RunScene(const Command& command, const QStringList& arguments);
 int RunWhiteBalance(const Command& command, const QStringList& arguments);

@@ -23,6 +23,13 @@ bool StopRequested() {
     return stop != 0;
 }
 
+bool TakeStopRequest() {
+    const bool requested = StopRequested();
+    if (requested)
+        stop = 0;
+    return requested;
+}
+
 void StopIfInterrupted() {
     if (StopRequested())
         throw Interrupted{};

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "DamagePicture.h"
 #include "DemoPicture.h"
 #include "Failure.h"
 #include "LXConvertImage.h"
@@ -20,7 +21,12 @@ QImage PaintSweep(const QSize& size, Progress&) {
     return PaintSweepPicture(size);
 }
 
-const Subject subjects[] = {{"lake", PaintDemoPicture}, {"sweep", PaintSweep}};
+QImage PaintDamage(const QSize& size, Progress&) {
+    return PaintDamagePicture(size);
+}
+
+const Subject subjects[] = {
+    {"lake", PaintDemoPicture}, {"sweep", PaintSweep}, {"damage", PaintDamage}};
 
 const Subject& FindSubject(const QString& name) {
     for (const Subject& subject : subjects)
@@ -37,11 +43,12 @@ int RunScene(const Command& command, const QStringList& arguments) {
     CommandLine line(
         command,
         QStringLiteral("Paints a picture to try things on, the same on every run:\n\n"
-                       "  lake   an evening: soft gradients, fine detail, a colour chart,\n"
-                       "         transparent edges\n"
-                       "  sweep  all colours, ever more transparent to the right"));
-    line.AddOption({pictureOption, QStringLiteral("What to paint."), QStringLiteral("lake|sweep"),
-                    QStringLiteral("lake")});
+                       "  lake    an evening: soft gradients, fine detail, a colour chart,\n"
+                       "          transparent edges\n"
+                       "  sweep   all colours, ever more transparent to the right\n"
+                       "  damage  scratches and dust on nothing, to be laid on a picture"));
+    line.AddOption({pictureOption, QStringLiteral("What to paint."),
+                    QStringLiteral("lake|sweep|damage"), QStringLiteral("lake")});
     line.AddOption({sizeOption, QStringLiteral("Width and height in pixels."),
                     QStringLiteral("WxH"), QStringLiteral("1200x800")});
     line.AddFormatOption();
