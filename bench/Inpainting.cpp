@@ -30,7 +30,7 @@ QImage Stroked(const QImage& ground, const QColor& colour) {
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.setPen(QPen(colour, 200, Qt::SolidLine, Qt::FlatCap));
-    painter.drawLine(QPointF(-200, 350), QPointF(Side + 200, 650));
+    painter.drawLine(QPointF(-100, -100), QPointF(Side + 100, Side + 100));
     return image;
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 /// LXInpaintIterative and the visitor of its passes.
@@ -50,30 +51,33 @@ bool AnyAlpha(const LXRGBA32i* pixels) {
 
 /// Mask and band. The mask is kept as a set of pixels, with (0, 0) for the corner of `knowable`.
 struct LXInpaintIterative::Private {
-    Private(Image& picture, const Image& mask, const Image& firstBand, const QRect& imageRect,
+    Private(Image& picture, const Image& mask, Image firstBand, const QRect& imageRect,
             const QRect& givenMaskRect)
-        : image(&picture), band(firstBand), maskRect(givenMaskRect), bandRect(givenMaskRect),
-          knowable(Covered(givenMaskRect, mask)), known(knowable.width(), knowable.height()),
+        : image(&picture), band(std::move(firstBand)), maskRect(givenMaskRect),
+          bandRect(givenMaskRect), knowable(Covered(givenMaskRect, mask)),
+          known(knowable.width(), knowable.height()),
           offset(LXWrappingSubtract(imageRect.left(), maskRect.left()),
                  LXWrappingSubtract(imageRect.top(), maskRect.top())),
           active(maskRect.isValid()) {
-        SetMask(mask);
-    }
-
-    void SetMask(const Image& mask) {
-        std::vector<QPoint> unknown;
         for (int y = 0; y < knowable.height(); ++y)
             known.AddRow(y);
+        ForUnknown(mask,
+                   [this](int x, int y) { known.Remove(x - knowable.left(), y - knowable.top()); });
+        // This needs no tile: the gradient has some of the neighbours in the same one.
+        ForUnknown(mask, [this](int x, int y) {
+            if (IsSurrounded(Around(x, y)))
+                band.SetColor(x, y, InBand);
+        });
+    }
+
+    /// visit(x, y) for the pixels that a mask marks as unknown. It must not throw.
+    template <class Visit>
+    void ForUnknown(const Image& mask, Visit visit) const {
         const auto look = [&](int x, int y, const LXRGBA32i& mark) {
-            if (mark.alpha == 255) {
-                known.Remove(x - knowable.left(), y - knowable.top());
-                unknown.emplace_back(x, y);
-            }
+            if (mark.alpha == 255)
+                visit(x, y);
         };
         LXVisitImagePixel<Image, decltype(look)>()(mask, knowable, look);
-        for (const QPoint& p : unknown)
-            if (IsSurrounded(Around(p.x(), p.y())))
-                band.SetColor(p.x(), p.y(), InBand);
     }
 
     /// For a place that is knowable.

@@ -5,6 +5,7 @@
 
 using namespace Inpainting;
 
+LX_CLONED
 bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
     const Window* const window = FindWindow(known.Around(x, y));
     if (!window)
@@ -18,6 +19,7 @@ bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
     return true;
 }
 
+LX_CLONED
 void LXInpaint::Private::Wake(int x, int y) {
     Surroundings woken = outside.TakeAround(x, y, Neighbours) | waiting.TakeAround(x, y, AllAround);
     for (; woken != 0; woken &= woken - 1) {
@@ -28,7 +30,6 @@ void LXInpaint::Private::Wake(int x, int y) {
 
 /// What is known changes after all pixels were tried, so that all of a layer see the same, whatever
 /// the order.
-LX_CLONED
 void LXInpaint::Private::FillLayer(const Pixels& pixels) {
     std::vector<QPoint> layer;
     for (const QPoint& p : toTry) {

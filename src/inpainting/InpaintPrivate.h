@@ -25,6 +25,9 @@ struct LXInpaint::Private {
     /// The first band, and its bounds, which no pass looks beyond.
     void SetBand(const QImage& band, const QRect& rect);
 
+    /// Of an unknown pixel, whether it is a hole by itself.
+    bool IsLone(int x, int y) const;
+
     /// The pixels of an image that nobody else shares.
     struct Pixels {
         QRgb* first;

@@ -112,13 +112,18 @@ QRgb LXInpaint::Private::PixelAt(int x, int y) const {
 }
 
 void LXInpaint::Private::SetMask(const QImage& mask) {
-    for (int y = 0; y < mask.height(); ++y) {
+    const int width = mask.width(), height = mask.height();
+    for (int y = 0; y < height; ++y) {
         const QRgb* const marks = ConstWords(mask, y);
         known.AddRow(y);
-        for (int x = 0; x < mask.width(); ++x)
+        for (int x = 0; x < width; ++x)
             if (!IsKnownMark(marks[x]))
                 known.Remove(x, y);
     }
+}
+
+bool LXInpaint::Private::IsLone(int x, int y) const {
+    return known.Has(x - 1, y) && IsSurrounded(known.Around(x, y));
 }
 
 void LXInpaint::Private::SetBand(const QImage& band, const QRect& rect) {
@@ -127,7 +132,7 @@ void LXInpaint::Private::SetBand(const QImage& band, const QRect& rect) {
         for (int x = rect.left(); x <= rect.right(); ++x) {
             if (known.Has(x, y))
                 continue;
-            if (qAlpha(marks[x]) == 255 || IsSurrounded(known.Around(x, y)))
+            if (qAlpha(marks[x]) == 255 || IsLone(x, y))
                 toTry.emplace_back(x, y);
             else
                 outside.Add(x, y);
