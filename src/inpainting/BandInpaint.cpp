@@ -50,7 +50,7 @@ bool AnyAlpha(const LXRGBA32i* pixels) {
 } // namespace
 
 /// Mask and band. The mask is kept as a set of pixels, with (0, 0) for the corner of `knowable`.
-struct LXInpaintIterative::Private {
+struct Q_DECL_HIDDEN LXInpaintIterative::Private {
     Private(Image& picture, const Image& mask, Image firstBand, const QRect& imageRect,
             const QRect& givenMaskRect)
         : image(&picture), band(std::move(firstBand)), maskRect(givenMaskRect),

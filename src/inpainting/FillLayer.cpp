@@ -1,12 +1,15 @@
 #include "core/Clones.h"
 #include "inpainting/InpaintPrivate.h"
 
+#include <QtCore/QtAlgorithms>
+
 /// A pass of LXInpaint: where its time goes.
 
 using namespace Inpainting;
 
-LX_CLONED
-bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
+namespace {
+
+LX_CLONED bool FillPixel(int x, int y, const BitPlane& known, const Pixels& pixels) {
     const Window* const window = FindWindow(known.Around(x, y));
     if (!window)
         return false;
@@ -19,8 +22,9 @@ bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
     return true;
 }
 
-LX_CLONED
-void LXInpaint::Private::Wake(int x, int y) {
+/// Takes the neighbours of a filled pixel into the band, and has those already in it tried again.
+LX_CLONED void Wake(int x, int y, BitPlane& outside, BitPlane& waiting,
+                    std::vector<QPoint>& toTry) {
     Surroundings woken = outside.TakeAround(x, y, Neighbours) | waiting.TakeAround(x, y, AllAround);
     for (; woken != 0; woken &= woken - 1) {
         const int bit = int(qCountTrailingZeroBits(woken));
@@ -28,12 +32,18 @@ void LXInpaint::Private::Wake(int x, int y) {
     }
 }
 
+} // namespace
+
+bool LXInpaint::Private::Fill(int x, int y, const Pixels& pixels) const {
+    return FillPixel(x, y, known, pixels);
+}
+
 /// What is known changes after all pixels were tried, so that all of a layer see the same, whatever
 /// the order.
 void LXInpaint::Private::FillLayer(const Pixels& pixels) {
     std::vector<QPoint> layer;
     for (const QPoint& p : toTry) {
-        if (Fill(p.x(), p.y(), pixels))
+        if (FillPixel(p.x(), p.y(), known, pixels))
             layer.push_back(p);
         else
             waiting.Add(p.x(), p.y());
@@ -41,6 +51,6 @@ void LXInpaint::Private::FillLayer(const Pixels& pixels) {
     toTry.clear();
     for (const QPoint& p : layer) {
         known.Add(p.x(), p.y());
-        Wake(p.x(), p.y());
+        Wake(p.x(), p.y(), outside, waiting, toTry);
     }
 }

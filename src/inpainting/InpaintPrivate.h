@@ -2,13 +2,13 @@
 
 #include "LXInpaint.h"
 #include "inpainting/BitPlane.h"
+#include "inpainting/Words.h"
 
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
 #include <QtGui/QImage>
 
 #include <array>
-#include <cstddef>
 #include <vector>
 
 /// Mask and band, as sets of pixels.
@@ -17,7 +17,7 @@
 /// only be once something near it has been. So a pass tries those that are new in the band, and
 /// those with a pixel of the last layer around them. Known pixels of the band do not matter: a pass
 /// only clears them from it.
-struct LXInpaint::Private {
+struct Q_DECL_HIDDEN LXInpaint::Private {
     explicit Private(QImage& picture);
 
     /// What is known at first.
@@ -28,22 +28,10 @@ struct LXInpaint::Private {
     /// Of an unknown pixel, whether it is a hole by itself.
     bool IsLone(int x, int y) const;
 
-    /// The pixels of an image that nobody else shares.
-    struct Pixels {
-        QRgb* first;
-        std::ptrdiff_t stride;
-        QRgb& At(int x, int y) const { return first[y * stride + x]; }
-    };
-    /// Detaches the image. Throws std::bad_alloc if that fails.
-    Pixels OwnPixels();
-
-    /// One pass.
-    void FillLayer(const Pixels& pixels);
+    /// One pass over the pixels of the image.
+    void FillLayer(const Inpainting::Pixels& pixels);
     /// For a pixel of the image. It does not become known by that.
-    bool Fill(int x, int y, const Pixels& pixels) const;
-    /// Takes the neighbours of a filled pixel into the band, and has those already in it tried
-    /// again.
-    void Wake(int x, int y);
+    bool Fill(int x, int y, const Inpainting::Pixels& pixels) const;
 
     /// Alpha, red, green, blue; not limited to 0 .. 255.
     using Colour = std::array<int, 4>;

@@ -35,7 +35,7 @@ LXInpaint::~LXInpaint() = default;
 void LXInpaint::operator()(int) {
     if (m_private->toTry.empty())
         return;
-    const Private::Pixels pixels = m_private->OwnPixels();
+    const Pixels pixels = OwnPixels(*m_private->image);
     while (!m_private->toTry.empty())
         m_private->FillLayer(pixels);
 }
@@ -87,7 +87,7 @@ bool LXInpaint::IsKnown(int x, int y) const {
 }
 
 bool LXInpaint::inpaint0(int x, int y) {
-    return m_private->Contains(x, y) && m_private->Fill(x, y, m_private->OwnPixels());
+    return m_private->Contains(x, y) && m_private->Fill(x, y, OwnPixels(*m_private->image));
 }
 
 void LXInpaint::sum(int x, int y, int& a, int& r, int& g, int& b) {
@@ -138,8 +138,4 @@ void LXInpaint::Private::SetBand(const QImage& band, const QRect& rect) {
                 outside.Add(x, y);
         }
     }
-}
-
-LXInpaint::Private::Pixels LXInpaint::Private::OwnPixels() {
-    return {Words(*image, 0), image->bytesPerLine() / std::ptrdiff_t(sizeof(QRgb))};
 }

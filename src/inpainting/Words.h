@@ -2,6 +2,7 @@
 
 #include <QtGui/QImage>
 
+#include <cstddef>
 #include <new>
 
 /// Rows of a QImage of 32 bits a pixel, as words.
@@ -19,6 +20,18 @@ inline QRgb* Words(QImage& image, int y) {
     if (!row)
         throw std::bad_alloc();
     return static_cast<QRgb*>(row);
+}
+
+/// All pixels of an image that nobody else shares.
+struct Pixels {
+    QRgb* first;
+    std::ptrdiff_t stride;
+    QRgb& At(int x, int y) const { return first[y * stride + x]; }
+};
+
+/// Detaches the image, as Words.
+inline Pixels OwnPixels(QImage& image) {
+    return {Words(image, 0), image.bytesPerLine() / std::ptrdiff_t(sizeof(QRgb))};
 }
 
 /// Throws std::bad_alloc if there is no memory for it.
