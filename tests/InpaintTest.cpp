@@ -303,7 +303,7 @@ TEST(InpaintIterative, LogsPixelsThatAreNotInThePicture) {
     for (int i = 15; i < 25; ++i)
         mask.At(i, 20) = mask.At(20, i) = Hole;
     const Words before = Holes(2).Picture(22, 22);
-    for (const QPoint& offset : {QPoint(0, 0), QPoint(-20, 0), QPoint(INT_MAX, INT_MIN)}) {
+    for (const QPoint& offset : {QPoint(0, 0), QPoint(-20, 0), QPoint(INT_MAX - 50, INT_MIN)}) {
         Image image = ToTiles(before);
         LXInpaintIterative inpaint(image, ToTiles(mask), QRect(offset, QSize(40, 40)),
                                    QRect(0, 0, 40, 40));
