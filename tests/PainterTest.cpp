@@ -1,0 +1,485 @@
+#include "LXBlendOn.h"
+#include "LXConvertImage.h"
+#include "LXImagePainter.h"
+#include "LXTileAccess.h"
+#include "support/ExhaustionSweep.h"
+#include "support/Pictures.h"
+
+#include <QtGui/QPainter>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <set>
+
+namespace {
+
+using Image = LXImageRGBA32i;
+using Drawing = std::function<void(QPainter&)>;
+
+// ---- the plain reference: every tile is drawn on
+// -------------------------------------------------
+
+QImage TileOf(const Image& image, unsigned int column, unsigned int row) {
+    const LXTileReader tile(image.GetTileRow(row)[column]);
+    const void* const pixels = tile.Pixels();
+    return QImage(static_cast<const uchar*>(pixels), 128, 128, 512, QImage::Format_ARGB32).copy();
+}
+
+QImage Drawn(QImage tile, unsigned int column, unsigned int row, const Drawing& drawing) {
+    QPainter painter(&tile);
+    painter.translate(QPointF(-128.0 * column, -128.0 * row));
+    drawing(painter);
+    return tile;
+}
+
+/// Compares all tiles, with what they have beyond the image. `done` is the number of tiles that
+/// were reached before a failure.
+testing::AssertionResult DrawnEverywhere(const Image& before, const Image& after,
+                                         const Drawing& drawing) {
+    for (unsigned int row = 0; row < before.GetTilesY(); ++row)
+        for (unsigned int column = 0; column < before.GetTilesX(); ++column) {
+            const QImage expected = Drawn(TileOf(before, column, row), column, row, drawing);
+            const QImage tile = TileOf(after, column, row);
+            for (int y = 0; y < 128; ++y)
+                for (int x = 0; x < 128; ++x)
+                    if (std::memcmp(expected.constScanLine(y) + 4 * x,
+                                    tile.constScanLine(y) + 4 * x, 4) != 0)
+                        return testing::AssertionFailure()
+                               << "tile " << column << ", " << row << " at " << x << ", " << y;
+        }
+    return testing::AssertionSuccess();
+}
+
+Drawing PathDrawing(int mode, const QPainterPath& path, const QPen& pen) {
+    return [=](QPainter& painter) {
+        painter.setCompositionMode(QPainter::CompositionMode(mode));
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(pen);
+        painter.drawPath(path);
+    };
+}
+
+Drawing FillDrawing(int mode, const QPainterPath& path, const QBrush& brush, bool outline) {
+    return [=](QPainter& painter) {
+        painter.setRenderHints(QPainter::RenderHints(5), true);
+        painter.setCompositionMode(QPainter::CompositionMode(mode));
+        painter.fillPath(path, brush);
+        if (outline) {
+            painter.setPen(QPen(brush, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+            painter.drawPath(path);
+        }
+    };
+}
+
+struct Text {
+    double opacity;
+    QRectF rect;
+    QString text;
+    QBrush brush;
+    QFont font;
+    double rotation;
+    QTextOption option;
+};
+
+Drawing TextDrawing(int mode, const Text& t) {
+    return [=](QPainter& painter) {
+        const double cx = t.rect.x() + t.rect.width() * 0.5;
+        const double cy = t.rect.y() + t.rect.height() * 0.5;
+        QRectF box = t.rect;
+        if (t.rotation != 0)
+            box = QTransform()
+                      .translate(cx, cy)
+                      .rotate(t.rotation, Qt::ZAxis)
+                      .translate(-cx, -cy)
+                      .mapRect(t.rect);
+        painter.setFont(t.font);
+        painter.setOpacity(t.opacity);
+        painter.setPen(QPen(t.brush, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+        painter.setCompositionMode(QPainter::CompositionMode(mode));
+        painter.translate(cx, cy);
+        painter.rotate(t.rotation);
+        painter.translate(-cx, -cy);
+        painter.drawText(box, t.text, t.option);
+    };
+}
+
+void Draw(Image& image, int mode, const Text& t) {
+    DrawText(image, mode, t.opacity, t.rect, t.text, t.brush, t.font, t.rotation, t.option);
+}
+
+// ---- random drawings
+// -----------------------------------------------------------------------------
+
+class Chance {
+public:
+    explicit Chance(unsigned int seed) : m_engine(seed) {}
+
+    unsigned int Below(unsigned int n) { return unsigned(m_engine() % n); }
+    double Between(double low, double high) {
+        return low + (high - low) * (double(m_engine()) / 4294967296.0);
+    }
+    /// Often on a seam, sometimes far out.
+    QPointF Point() {
+        const auto one = [this] {
+            switch (Below(8)) {
+            case 0:
+                return 128.0 * Below(6);
+            case 1:
+                return Between(-100000, 100000);
+            default:
+                return Between(-100, 700);
+            }
+        };
+        const double x = one();
+        return QPointF(x, one());
+    }
+    QColor Colour() { return QColor::fromRgba(QRgb(m_engine() | 0x40000000)); }
+
+    QPainterPath Path() {
+        QPainterPath path;
+        for (unsigned int n = 1 + Below(6); n > 0; --n) {
+            const QPointF near = Point();
+            switch (Below(6)) {
+            case 0:
+                path.moveTo(near);
+                break;
+            case 1: // may turn on the spot
+                path.cubicTo(near, Below(2) ? near : Point(), path.currentPosition());
+                break;
+            case 2:
+                path.cubicTo(Point(), Point(), near);
+                break;
+            case 3:
+                path.addEllipse(near, Between(0, 90), Between(0, 90));
+                break;
+            case 4:
+                path.closeSubpath();
+                break;
+            default: // also sharp corners
+                path.lineTo(near);
+                path.lineTo(near + QPointF(Between(-20, 20), Between(-1, 1)));
+            }
+        }
+        path.setFillRule(Below(2) ? Qt::OddEvenFill : Qt::WindingFill);
+        return path;
+    }
+
+    QPen Pen() {
+        const Qt::PenJoinStyle joins[] = {Qt::MiterJoin, Qt::BevelJoin, Qt::RoundJoin,
+                                          Qt::SvgMiterJoin};
+        const Qt::PenCapStyle caps[] = {Qt::FlatCap, Qt::SquareCap, Qt::RoundCap};
+        QPen pen(Colour(), Below(4) ? Between(0, 20) : Between(0, 150),
+                 Qt::PenStyle(Below(3) ? 1 : Below(6)), caps[Below(3)], joins[Below(4)]);
+        pen.setMiterLimit(Below(2) ? 2 : Between(0, 12));
+        pen.setCosmetic(Below(2) == 0);
+        return pen;
+    }
+
+    Text RandomText() {
+        QFont font(QStringLiteral("DejaVu Sans"), 4 + int(Below(Below(4) ? 30 : 200)));
+        font.setItalic(Below(2));
+        font.setBold(Below(2));
+        font.setUnderline(Below(3) == 0);
+        font.setOverline(Below(5) == 0);
+        font.setStrikeOut(Below(5) == 0);
+        const Qt::Alignment alignments[] = {Qt::AlignLeft | Qt::AlignTop, Qt::AlignCenter,
+                                            Qt::AlignRight | Qt::AlignBottom, Qt::AlignJustify};
+        QTextOption option(alignments[Below(4)]);
+        option.setWrapMode(Below(2) ? QTextOption::WordWrap : QTextOption::NoWrap);
+        const QString texts[] = {
+            QStringLiteral("fjord"), QStringLiteral("A line that is long, and another one"),
+            QString::fromUtf8("Z\u0351\u0352\u0353a\u0301\u0327 \u05E9\u05DC\u05D5\u05DD\nj\tW"),
+            QStringLiteral("_|\\/")};
+        const double rotations[] = {0, 90, 45, -30, 180, Between(-360, 360)};
+        return {Between(0, 1),
+                QRectF(Point(), QSizeF(Between(0, 500), Between(0, 300))),
+                texts[Below(4)],
+                Colour(),
+                font,
+                rotations[Below(6)],
+                option};
+    }
+
+private:
+    std::mt19937 m_engine;
+};
+
+constexpr int Modes[] = {0, 0, 0, 2, 3, 12, 13, 15, 8, 5, 24, 37};
+
+/// An image of shared tiles, so that each tile that is drawn on takes one from the pool.
+Image Shared(unsigned int width, unsigned int height) {
+    Image image(width, height);
+    image.FastFill({50, 100, 150, 200});
+    return image;
+}
+
+} // namespace
+
+// ---- tests
+// ---------------------------------------------------------------------------------------
+
+TEST(Painter, SkippedTilesAreThoseThatNothingTouches) {
+    TestPool pool;
+    int skipped = 0, drawn = 0;
+    for (unsigned int seed = 0; seed < 400; ++seed) {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        Chance chance(seed);
+        const int mode = Modes[chance.Below(std::size(Modes))];
+        const Image before = seed % 2 ? Shared(600, 500) : RandomImage(200, 260, seed);
+        Image image(before);
+        const unsigned int tiles = pool.InUse();
+        Drawing drawing;
+        if (seed % 3 == 0) {
+            const QPainterPath path = chance.Path();
+            const QPen pen = chance.Pen();
+            DrawPath(image, mode, path, pen);
+            drawing = PathDrawing(mode, path, pen);
+        } else if (seed % 3 == 1) {
+            const QPainterPath path = chance.Path();
+            const QBrush brush(chance.Colour());
+            FillPath(image, mode, path, brush, seed % 4 < 2);
+            drawing = FillDrawing(mode, path, brush, seed % 4 < 2);
+        } else {
+            const Text text = chance.RandomText();
+            Draw(image, mode, text);
+            drawing = TextDrawing(mode, text);
+        }
+        const int all = int(image.GetTilesX() * image.GetTilesY());
+        drawn += int(pool.InUse() - tiles);
+        skipped += all - int(pool.InUse() - tiles);
+        ASSERT_TRUE(DrawnEverywhere(before, image, drawing));
+    }
+    EXPECT_GT(skipped, drawn) << "tiles are skipped at all";
+}
+
+// Qt is exact here but for antialiased edges, whose coverage it finds a little differently on each
+// tile.
+TEST(Painter, TilesShowNoSeams) {
+    const TestPool pool;
+    QPainterPath path(QPointF(30.25, 40.5));
+    path.lineTo(570.75, 300.5);
+    path.cubicTo(400, 600, 100, 450, 128, 128);
+    path.addEllipse(QRectF(200.5, 100, 256, 256));
+    const QPen pen(QColor(200, 30, 40, 180), 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const QBrush brush(QColor(20, 220, 40, 128));
+    const Text text = {0.7,
+                       QRectF(60, 60, 480, 300),
+                       QStringLiteral("Across the seams"),
+                       brush,
+                       QFont(QStringLiteral("DejaVu Sans"), 50),
+                       30,
+                       QTextOption()};
+
+    QImage whole = RandomQImage(600, 500, 3);
+    Image image = ConvertImage<QImage, Image>(whole);
+    DrawPath(image, 0, path, pen);
+    Draw(image, 0, text);
+    whole = Drawn(Drawn(whole, 0, 0, PathDrawing(0, path, pen)), 0, 0, TextDrawing(0, text));
+    EXPECT_TRUE(SamePixels(image, ConvertImage<QImage, Image>(whole)));
+
+    whole.fill(Qt::white);
+    image = ConvertImage<QImage, Image>(whole);
+    FillPath(image, 0, path, brush, true);
+    whole = Drawn(whole, 0, 0, FillDrawing(0, path, brush, true));
+    for (int y = 0; y < 500; ++y)
+        for (int x = 0; x < 600; ++x)
+            ASSERT_NEAR(image.GetColor(x, y).red, qRed(whole.pixel(x, y)), 3) << x << ", " << y;
+}
+
+TEST(Painter, AThinPathTouchesOnlyItsTiles) {
+    TestPool pool;
+    Image image(20000, 20000);
+    const unsigned int before = pool.InUse();
+    const QPointF from(300.5, 15000.25), to(19000, 200);
+    QPainterPath path(from);
+    path.lineTo(to);
+    DrawPath(image, 0, path, QPen(Qt::red, 2));
+    std::set<std::pair<int, int>> crossed;
+    for (int i = 0; i <= 100000; ++i) {
+        const QPointF point = from + (to - from) * i / 100000.0;
+        crossed.insert({int(point.x()) / 128, int(point.y()) / 128});
+    }
+    EXPECT_GE(pool.InUse() - before, crossed.size());
+    EXPECT_LE(pool.InUse() - before, crossed.size() * 3 / 2);
+    EXPECT_EQ(image.GetColor(9650, 7600).red, 255) << "the line is there";
+
+    const unsigned int line = pool.InUse();
+    Draw(image, 0,
+         {1, QRectF(5020, 150, 9000, 40), QStringLiteral("one tile"), QBrush(Qt::blue),
+          QFont(QStringLiteral("DejaVu Sans"), 12), 0, QTextOption()});
+    EXPECT_EQ(pool.InUse() - line, 1u);
+    FillPath(image, 0, QPainterPath(), QBrush(Qt::blue), true);
+    DrawPath(image, 0, path.translated(50000, 0), QPen(Qt::red, 2));
+    Draw(image, 0,
+         {1, QRectF(-9000, -9000, 5, 5), QStringLiteral("outside and cut off"), QBrush(Qt::blue),
+          QFont(QStringLiteral("DejaVu Sans"), 12), 0, QTextOption()});
+    EXPECT_EQ(pool.InUse() - line, 1u);
+}
+
+TEST(Painter, ModesAndImagesAtTheEdgeOfTheDomain) {
+    const TestPool pool;
+    Image empty(0, 10);
+    QPainterPath path;
+    path.addRect(10, 10, 200, 200);
+    DrawPath(empty, 0, path, QPen(Qt::red));
+    FillPath(empty, 0, path, QBrush(Qt::red), true);
+    InvertImage(empty, 15);
+
+    const Image before = RandomImage(300, 200, 7);
+    Image plain(before);
+    FillPath(plain, 0, path, QBrush(QColor(1, 2, 3, 100)), false);
+    for (const int mode : {64, 95, 38, -1, 1 << 30}) {
+        Image image(before);
+        FillPath(image, mode, path, QBrush(QColor(1, 2, 3, 100)), false);
+        EXPECT_TRUE(SamePixels(image, plain)) << "mode " << mode << " is SourceOver";
+    }
+    Image image(before);
+    image.GetTileRow(0)[1] = nullptr;
+    FillPath(image, 0, path, QBrush(Qt::red), true);
+    InvertImage(image, 0);
+    EXPECT_EQ(image.GetColor(50, 50), (LXRGBA32i{0, 0, 255, 255}));
+    const double nan = std::nan("");
+    DrawText(image, 0, nan, QRectF(nan, 0, 10, 10), QStringLiteral("x"), QBrush(), QFont(), nan,
+             QTextOption());
+}
+
+TEST(Painter, DrawImageBlendsTheOverlap) {
+    const TestPool pool;
+    const Image before = RandomImage(300, 200, 1), source = RandomImage(400, 150, 2);
+    const QImage sourceQImage = ConvertImage<Image, QImage>(source);
+    const QPoint positions[] = {{0, 0}, {-130, 60}, {250, 190}, {INT_MAX, INT_MIN}, {5, INT_MAX}};
+    for (const QPoint& at : positions)
+        for (const int mode : {0, 13, 64})
+            for (const bool lock : {false, true}) {
+                Image expected(before), tiled(before), fromQImage(before);
+                const QRect to(QPoint(qMin(at.x(), 1000), qMin(at.y(), 1000)), QSize(300, 200));
+                BlendOn(source, QRect(0, 0, 400, 150), unsigned(mode), expected, to, 0.6, lock);
+                DrawImage(tiled, mode, at, source, 0.6, lock);
+                EXPECT_TRUE(SamePixels(tiled, expected)) << at.x() << " mode " << mode;
+                Image expected2(before);
+                BlendOn(sourceQImage, sourceQImage.rect(), unsigned(mode), expected2, to, 0.6,
+                        lock);
+                DrawImage(fromQImage, mode, at, sourceQImage, 0.6, lock);
+                EXPECT_TRUE(SamePixels(fromQImage, expected2)) << at.x() << " mode " << mode;
+            }
+}
+
+TEST(Painter, InversionTakesPaddingAlong) {
+    TestPool pool;
+    const Image before = RandomImage(200, 130, 5);
+    for (unsigned int channels = 0; channels < 32; ++channels) {
+        Image image(before);
+        const unsigned int tiles = pool.InUse();
+        InvertImage(image, channels);
+        EXPECT_EQ(pool.InUse() - tiles, 4u) << "all tiles are detached";
+        for (unsigned int tile = 0; tile < 4; ++tile) {
+            const LXTileReader a(before.GetTileRow(tile / 2)[tile % 2]);
+            const LXTileReader b(image.GetTileRow(tile / 2)[tile % 2]);
+            for (unsigned int i = 0; i < Image::Block::PixelCount; ++i) {
+                LXRGBA32i expected = a.Pixels()[i];
+                expected.red = std::uint8_t(channels & 1 ? ~expected.red : expected.red);
+                expected.green = std::uint8_t(channels & 2 ? ~expected.green : expected.green);
+                expected.blue = std::uint8_t(channels & 4 ? ~expected.blue : expected.blue);
+                expected.alpha = std::uint8_t(channels & 8 ? ~expected.alpha : expected.alpha);
+                ASSERT_EQ(b.Pixels()[i], expected) << channels << " tile " << tile << " " << i;
+            }
+        }
+    }
+}
+
+TEST(Painter, MasksHaveTheirValueInAlpha) {
+    TestPool pool;
+    const Image source = RandomImage(200, 130, 6);
+    Image masks[4] = {Image(5, 5), Image(5, 5), Image(5, 5), source};
+    CreateRevealAllMask(masks[0], source);
+    CreateHideAllMask(masks[1], source);
+    CreateFromTransparancyMask(masks[2], source);
+    CreateFromSourceMask(masks[3], masks[3]);
+    const std::uint8_t outside[] = {255, 0, 0, 255};
+    for (int kind = 0; kind < 4; ++kind) {
+        ASSERT_EQ(masks[kind].GetWidth(), 200u);
+        ASSERT_EQ(masks[kind].GetHeight(), 130u);
+        for (int y = 0; y < 256; ++y)
+            for (int x = 0; x < 256; ++x) {
+                std::uint8_t expected = outside[kind];
+                if (kind >= 2 && x < 200 && y < 130) {
+                    const LXRGBA32i p = source.GetColor(x, y);
+                    expected = kind == 2
+                                   ? p.alpha
+                                   : std::uint8_t((11 * p.red + 16 * p.green + 5 * p.blue) / 32);
+                }
+                const LXTileReader tile(masks[kind].GetTileRow(unsigned(y) / 128)[x / 128]);
+                ASSERT_EQ(tile.Row(unsigned(y % 128))[x % 128], (LXRGBA32i{0, 0, 0, expected}))
+                    << kind << ": " << x << ", " << y;
+            }
+    }
+}
+
+namespace {
+
+/// All operations end in the log. Those on tiles have done some tiles in full, in their order, and
+/// left the rest; `everything` has done all.
+unsigned int SweepTiles(int logLines, const std::function<void(Image&)>& operate) {
+    const auto make = [] { return Shared(400, 300); };
+    return SweepExhaustion(make, operate, [&](const Image& image, const ExhaustionOutcome& end) {
+        EXPECT_FALSE(end.threw);
+        ASSERT_EQ(end.log.size(), end.handlerCalls ? logLines : 0);
+        for (const QString& line : end.log)
+            EXPECT_TRUE(line.endsWith(QStringLiteral("Exception content:\"std::bad_alloc\"")));
+        EXPECT_TRUE(end.log.isEmpty() ||
+                    end.log.last().contains(QStringLiteral("\"src/LXImagePainter.cpp\"")));
+        const Image before = make();
+        Image everything = make();
+        operate(everything);
+        bool stopped = false;
+        for (unsigned int tile = 0; tile < 12; ++tile) {
+            const QImage old = TileOf(before, tile % 4, tile / 4);
+            const QImage whole = TileOf(everything, tile % 4, tile / 4);
+            const QImage now = TileOf(image, tile % 4, tile / 4);
+            if (whole == old)
+                continue;
+            stopped = stopped || now == old;
+            EXPECT_EQ(now, stopped ? old : whole) << "tile " << tile;
+        }
+        EXPECT_EQ(stopped, end.handlerCalls > 0);
+    });
+}
+
+} // namespace
+
+TEST(Painter, RunsOutOfTilesHalfDone) {
+    QPainterPath path;
+    path.addRect(-50, -50, 600, 600);
+    const Text text = {1,
+                       QRectF(-20, 0, 700, 400),
+                       QStringLiteral("MMMMMMMM\nMMMMMMMM\nMMMMMMMM\nMMMMMMMM\nMMMMMMMM"),
+                       QBrush(Qt::red),
+                       QFont(QStringLiteral("DejaVu Sans"), 40),
+                       0,
+                       QTextOption()};
+    EXPECT_EQ(SweepTiles(1, [&](Image& i) { FillPath(i, 0, path, QBrush(Qt::red), true); }), 11u);
+    EXPECT_EQ(SweepTiles(1, [&](Image& i) { DrawPath(i, 0, path, QPen(Qt::red, 999)); }), 11u);
+    EXPECT_GE(SweepTiles(1, [&](Image& i) { Draw(i, 0, text); }), 8u);
+    EXPECT_EQ(SweepTiles(1, [&](Image& i) { InvertImage(i, 7); }), 11u);
+    const QImage source = [] {
+        QImage red(400, 300, QImage::Format_ARGB32);
+        red.fill(Qt::red);
+        return red;
+    }();
+    EXPECT_GE(SweepTiles(2, [&](Image& i) { DrawImage(i, 0, {0, 0}, source, 1, false); }), 1u);
+
+    using Maker = void (*)(Image&, const Image&);
+    for (const Maker maker :
+         {CreateRevealAllMask, CreateHideAllMask, CreateFromTransparancyMask, CreateFromSourceMask})
+        SweepExhaustion(
+            [] { return RandomImage(300, 140, 9); }, [&](Image& image) { maker(image, image); },
+            [&](const Image& image, const ExhaustionOutcome& end) {
+                EXPECT_FALSE(end.threw);
+                EXPECT_EQ(end.log.size(), end.handlerCalls);
+                EXPECT_EQ(bool(SamePixels(image, RandomImage(300, 140, 9))), end.handlerCalls > 0)
+                    << "the mask is replaced at the end";
+            });
+}
