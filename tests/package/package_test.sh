@@ -43,6 +43,7 @@ done
 
 # Nothing leaks out of the library but its own names.
 own='LX|RM|void Blend|Make|Clamp|VoltageToIntensitySrgb|Extends|ConvertImage|Blend|getHue|getYCbCr|getYUV|__bss_start|_edata|_end'
+own='LX|RM|Compare|Create|Draw|FillPath|GetOutOfRangeColor|InvertImage|void Blend|Make|Clamp|VoltageToIntensitySrgb|Extends|ConvertImage|Blend|__bss_start|_edata|_end'
 foreign=$(nm -DC --defined-only "$library/libimage.so.0" | cut -c20- |
     sed -E 's/^((typeinfo|vtable|typeinfo name) for|guard variable for|unsigned (short|char)|float|QImage) //' |
     grep -vE "^($own)" || true)

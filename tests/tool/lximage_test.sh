@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in adjust blend blur convert histogram info inpaint profile scene white-balance; do
+for command in adjust blend blur convert draw fill histogram info inpaint profile scene select white-balance; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in blend blur convert histogram info inpaint profile scene white-balance; do
+for command in blend blur convert draw fill histogram info inpaint profile scene select white-balance; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -490,6 +490,75 @@ done
 check "inpaint --at without a mask" exits 2 inpaint --at 5,5 damaged.png none.png
 check "inpaint --keep-partial without a mask" exits 2 inpaint --keep-partial damaged.png none.png
 check "inpaint with a missing mask" exits 1 inpaint --mask missing.png damaged.png none.png
+check "no output of what failed" absent none.png
+
+# --- draw, fill and select -----------------------------------------------------------------------
+
+drawn() { # file, arguments before the pictures
+    local out=$1
+    shift
+    exits 0 draw "$@" base.png "$out" && differ "$out" base.png
+}
+# Two ways to write one path.
+same_path() {
+    check "path $1" drawn path1.png --path "$1" --stroke red --width 5
+    check "path $2" drawn path2.png --path "$2" --stroke red --width 5
+    check "path $1 is $2" cmp -s path1.png path2.png
+}
+same_path "M 20 30 L 90 40 L 50 80 Z" "m20,30 70,10-40 40z"
+same_path "M 20 30 H 90 V 80 L 100 80" "M20 30h70v50h10"
+same_path "M 10 90 C 20 10 60 10 70 90 C 80 170 100 20 130 50" "M10 90c10-80 50-80 60 0s30-70 60-40"
+same_path "M 10 50 Q 40 0 70 50 Q 100 100 130 50" "M 10 50 q 30 -50 60 0 t 60 0"
+same_path "M 10 50 L 70 50 L 130 50" "M 10 50 T 70 50 S 130 50 130 50"
+same_path "M 100 50 A 50 50 0 0 1 50 100" "M 100 50 C 100 77.614237 77.614237 100 50 100"
+same_path "M 100 50 A 50 50 0 0 0 50 100" "M 100 50 C 72.385763 50 50 72.385763 50 100"
+same_path "M 50 30 a 20 40 90 1 1 0 40" "M 50 70 A 20 40 90 1 0 50 30"
+same_path "M 20 60 a1 1 0 01100 0" "M 20 60 A 50 50 0 0 1 120 60"
+same_path "M 20 60 A 0 9 0 0 1 120 60 M 5 5 l 0 0" "M 20 60 L 120 60 M 5 5 l 0 0"
+same_path "M 20 20 l 30 0 l 0 30 z l 20 70" "M 20 20 h 30 v 30 L 20 20 Z M 20 20 L 40 90"
+for path in "" "L 1 1" "1 1" "M" "M 1" "M 1 1 2" "M 1 1 X" "M 1 1 L 2,,3" "M 1 1 2 2," "M 1e9 1" \
+    "M 1 1 A 1 1 0 2 0 5 5" "M 1 1 z 5" "M nan 1"; do
+    check "path '$path'" exits 2 draw --path "$path" base.png none.png
+    check "path '$path': message" complained "the path is wrong at character"
+done
+check "filled path" drawn filled.png --path "M 20 20 h 90 v 90 z" --fill yellow --outline
+check "text" drawn text.png --text "Hello" --fill red --rotate 20 --align center --box 150x80
+check "text in another size" drawn text2.png --text "Hello" --fill red --size 20
+check "sizes of text differ" differ text.png text2.png
+check "picture" drawn image.png --image top.png --at 10,10 --opacity 0.5 --mode multiply
+check "it is a blend" exits 0 blend --at 10,10 --opacity 0.5 --mode multiply base.png top.png image2.png
+check "it is the same blend" cmp -s image.png image2.png
+for arguments in "" "--path M0,0 --text x" "--path M0,0 --mode heal" "--text x --align up" \
+    "--path M0,0 --stroke nocolor" "--path M0,0 --width x" "--path M0,0 --join sharp" \
+    "--text x --size 0" "--text x --box 5"; do
+    # shellcheck disable=SC2086
+    check "draw $arguments" exits 2 draw $arguments base.png none.png
+done
+check "draw of a missing picture" exits 1 draw --image missing.png base.png none.png
+
+# Two grounds of one gray, apart by a white line; beyond it a darker spot.
+{
+    printf 'P2\n9 5\n255\n'
+    for _ in 1 2 3 4 5; do echo "100 105 100 255 100 100 100 50 100"; done
+} >walls.pgm
+"$tool" convert walls.pgm walls.png
+check "fill" exits 0 fill --seed 1,2 --tolerance 5 --color red walls.png out.png
+check "fill tells where" printed "^3 x 5 pixels at 0,0$"
+check "exact fill" exits 0 fill --seed 1,2 --tolerance 0 --color red walls.png out.png
+check "exact fill tells where" printed "^1 x 5 pixels at 1,0$"
+check "select" exits 0 select --seed 8,0 --tolerance 5,5,5,0 walls.png out.png
+check "select tells where" printed "^1 x 5 pixels at 8,0$"
+check "select a colour range" exits 0 select --color-range --seed 0,0 --tolerance 4 walls.png out.png
+check "select a colour range tells where" printed "^9 x 5 pixels at 0,0$"
+check "fill to standard output" exits 0 fill --seed 1,2 walls.png -
+check "standard output is a picture" [ "$(head -c 4 stdout | tail -c 3)" = PNG ]
+check "a seed outside" exits 1 fill --seed 9,0 walls.png none.png
+check "a seed outside: message" complained "walls.png: the seed 9,0 lies outside"
+for arguments in "fill" "fill --seed 5" "fill --seed 1,1 --tolerance 256" "fill --seed 1,1 --color x" \
+    "select --seed 1,1 --tolerance 1,2" "select --color-range"; do
+    # shellcheck disable=SC2086
+    check "$arguments" exits 2 $arguments walls.png none.png
+done
 check "no output of what failed" absent none.png
 
 # --- interruption --------------------------------------------------------------------------------

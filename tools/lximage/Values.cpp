@@ -45,3 +45,19 @@ double ParseNumber(const QString& text, const QString& what, double low, double 
                              .arg(high)};
     return value;
 }
+
+int ParseChoice(const QString& text, const QString& what, const QStringList& words) {
+    const int place = words.indexOf(text);
+    if (place < 0)
+        throw UsageError{QStringLiteral("'%1' is no %2; it is one of %3")
+                             .arg(text, what, words.join(QStringLiteral(", ")))};
+    return place;
+}
+
+QColor ParseColor(const QString& text) {
+    const QColor color(text);
+    if (!color.isValid())
+        throw UsageError{
+            QStringLiteral("'%1' is no color; write #rrggbb, #aarrggbb or a name").arg(text)};
+    return color;
+}

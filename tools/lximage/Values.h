@@ -4,6 +4,8 @@
 #include <QtCore/QRect>
 #include <QtCore/QSize>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtGui/QColor>
 
 /// Values in the forms in which options take them. What cannot be read throws UsageError.
 
@@ -18,3 +20,9 @@ QRect ParseRect(const QString& text);
 
 /// A number from `low` to `high`; `what` says in the message what it is.
 double ParseNumber(const QString& text, const QString& what, double low, double high);
+
+/// The place of a word in a list of them.
+int ParseChoice(const QString& text, const QString& what, const QStringList& words);
+
+/// "#rrggbb", "#aarrggbb" or a name, as "red".
+QColor ParseColor(const QString& text);
