@@ -110,12 +110,12 @@ void LXTileMarks::MarkCurve(const Curve& curve, double reach) {
 }
 
 void LXTileMarks::MarkOutline(const QPainterPath& path, double reach) {
-    QPointF start, end; // of the subpath so far
+    QPointF end; // of what came so far
     for (int i = 0; i < path.elementCount(); ++i) {
         const QPainterPath::Element element = path.elementAt(i);
         if (element.isMoveTo()) {
-            start = end = element;
-            MarkBox(Grown(QRectF(start, start), reach));
+            end = element;
+            MarkBox(Grown(QRectF(end, end), reach));
         } else if (element.isCurveTo()) {
             const QPointF next = path.elementAt(i + 2);
             MarkCurve({end, element, path.elementAt(i + 1), next}, reach);
