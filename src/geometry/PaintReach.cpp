@@ -111,6 +111,8 @@ public:
     explicit MarkingDevice(LXTileMarks& marks) : m_engine(marks) {}
 
     QPaintEngine* paintEngine() const override { return &m_engine; }
+    /// As inherited, which is inline in Qt: this library would export a copy of it.
+    int devType() const override { return QInternal::UnknownDevice; }
 
 protected:
     int metric(PaintDeviceMetric what) const override {
