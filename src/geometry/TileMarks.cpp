@@ -31,12 +31,8 @@ QRectF Grown(const QRectF& box, double reach) {
     return box.adjusted(-reach, -reach, reach, reach);
 }
 
-bool IsFinite(const QRectF& box) {
-    return std::isfinite(box.left()) && std::isfinite(box.top()) && std::isfinite(box.right()) &&
-           std::isfinite(box.bottom());
-}
-
-/// Whether halves of a curve in the box are exact to a small fraction of a pixel.
+/// Whether a curve in the box can be halved, and the box itself be cut, to a small fraction of a
+/// pixel. What is not a number is not.
 bool IsExact(const QRectF& box) {
     constexpr double range = 1e9;
     return box.left() > -range && box.top() > -range && box.right() < range && box.bottom() < range;
@@ -76,15 +72,15 @@ QRectF LXTileMarks::Everything() const {
 
 void LXTileMarks::SetLimits(const QRectF& limits) {
     const QRectF all = Everything();
-    const bool known = IsFinite(limits);
+    const bool known = IsExact(limits);
     m_anyInside = !m_marks.empty() && (!known || Meet(limits, all));
     m_limits = known && m_anyInside ? Common(limits, all) : all;
 }
 
 void LXTileMarks::MarkBox(const QRectF& box) {
-    if (!m_anyInside || (IsFinite(box) && !Meet(box, m_limits)))
+    if (!m_anyInside || (IsExact(box) && !Meet(box, m_limits)))
         return;
-    const QRectF part = IsFinite(box) ? Common(box, m_limits) : m_limits;
+    const QRectF part = IsExact(box) ? Common(box, m_limits) : m_limits;
     const unsigned int left = TileAt(part.left(), TileWidth, m_columns);
     const unsigned int right = TileAt(part.right(), TileWidth, m_columns);
     const unsigned int top = TileAt(part.top(), TileHeight, m_rows);
@@ -96,11 +92,10 @@ void LXTileMarks::MarkBox(const QRectF& box) {
 
 void LXTileMarks::MarkCurve(const Curve& curve, double reach) {
     const QRectF hull = Hull(curve), box = Grown(hull, reach);
-    if (IsFinite(box) && !Meet(box, m_limits))
-        return;
     const double size = std::max(hull.width(), hull.height());
-    const bool divisible = size > std::max(SmallPiece, reach) && IsExact(hull);
-    if (!divisible)
+    if (IsExact(box) && !Meet(box, m_limits))
+        return;
+    if (!IsExact(box) || size <= std::max(SmallPiece, reach))
         return MarkBox(box);
     const QPointF ab = Middle(curve[0], curve[1]), bc = Middle(curve[1], curve[2]),
                   cd = Middle(curve[2], curve[3]);

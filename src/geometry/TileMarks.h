@@ -8,7 +8,8 @@
 class QPainterPath;
 
 /// The tiles that a drawing can touch. Marking is generous: a tile that is touched is always
-/// marked. Coordinates are pixels of the image; what is not finite marks all tiles.
+/// marked. Coordinates are pixels of the image; what goes beyond a thousand million marks all
+/// tiles.
 class LXTileMarks {
 public:
     LXTileMarks(unsigned int columns, unsigned int rows);
