@@ -22,6 +22,8 @@ std::optional<LXRGBA32i> ReadSeed(const LXImageRGBA32i& image, const QPoint& see
     }
 }
 
+/// The searches mark in a map of their own and need no colour for it; and yet without one there is
+/// no search but a fill of everything. That is how it is defined.
 bool HasMarker(const LXRGBA32i& seed, const LXRGBA32i& tolerance) {
     LXRGBA32i marker;
     return GetOutOfRangeColor(seed, tolerance, marker);
