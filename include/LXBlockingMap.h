@@ -77,13 +77,11 @@ void LXBlockingMap(std::vector<LXIndexRun>& runs, Functor& functor) {
 
 namespace LXMapDetail {
 
-/// A functor of indices may offer runs as well, by a const member Line(first, last), which must do
-/// what operator() does to each of first .. last - 1.
 template <class Functor, class = void>
 struct OffersLines : std::false_type {};
 template <class Functor>
-struct OffersLines<Functor, std::void_t<decltype(std::declval<const Functor&>().Line(0, 0))>>
-    : std::true_type {};
+struct OffersLines<Functor, std::void_t<typename Functor::LinesOf>>
+    : std::is_same<typename Functor::LinesOf, Functor> {};
 
 } // namespace LXMapDetail
 

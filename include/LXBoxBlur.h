@@ -69,7 +69,7 @@ private:
 ///
 /// The rectangle is that of LXBoxBlur. On a whole image three passes along lines precede three
 /// along columns. On a part they take turns, and each covers no more than the next will need; so
-/// a part may differ from the same part of a whole image by a level.
+/// the roundings of a part differ a little from those of the same part of a whole image.
 class LIBIMAGE_EXPORT LXGaussianBlur {
 public:
     explicit LXGaussianBlur(int radius) : m_radius(radius) {}

@@ -105,7 +105,8 @@ public:
                       : LXRGBA32i{straight(blue), straight(green), straight(red), alpha};
     }
 
-    /// The same for first .. last - 1 at once, and several times as fast.
+    /// The same for first .. last - 1 at once, and several times as fast; see LXMapIndices.
+    using LinesOf = LXGaussian1DPremul;
     void Line(int first, int last) const;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "LXTileAccess.h"
 #include "LXTileWalk.h"
+#include "LXWorkRect.h"
 
 #include <QtCore/QRect>
 
@@ -24,7 +25,7 @@ class LXTileSteps {
 public:
     /// How many steps a rectangle takes: the tiles that it touches, 0 if it touches none.
     static int GetTileCount(const Image& image, const QRect& rect) {
-        const QRect part = rect & LXImageRect(image);
+        const QRect part = LXClipped(rect, LXImageRect(image));
         if (!part.isValid())
             return 0;
         return (part.right() / Width - part.left() / Width + 1) *
@@ -35,7 +36,7 @@ protected:
     /// The rectangle is cut to the image; one without pixels, the null rectangle too, gives no
     /// step.
     LXTileSteps(Image& image, const QRect& rect)
-        : m_image(&image), m_rect(rect & LXImageRect(image)) {
+        : m_image(&image), m_rect(LXClipped(rect, LXImageRect(image))) {
         if (!m_rect.isValid())
             return;
         m_firstColumn = m_rect.left() / Width;
@@ -47,7 +48,7 @@ protected:
 
     /// Opens the next tile, row by row and from left to right, for `work(tile writer, part)`. True,
     /// and nothing done, after the last one. What the work or the detaching of the tile throws goes
-    /// to the caller, and the step is not counted.
+    /// to the caller; the object is of no more use then.
     template <class Work>
     bool Step(Work work) {
         if (m_currentRow > m_lastRow)

@@ -62,9 +62,9 @@ void VisitRun(const Visitor& visitor, const LXRGBA32i* pixels, unsigned int coun
 template <class Visitor, class = void>
 struct TakesPlacedRuns : std::false_type {};
 template <class Visitor>
-struct TakesPlacedRuns<Visitor,
-                       std::void_t<decltype(std::declval<const Visitor&>().VisitRun(
-                           0, 0, std::declval<const LXRGBA32i*>(), 0U))>> : std::true_type {};
+struct TakesPlacedRuns<Visitor, std::void_t<decltype(std::declval<const Visitor&>().VisitRun(
+                                    0, 0, std::declval<const LXRGBA32i*>(), 0U))>>
+    : std::true_type {};
 
 /// One run to a visitor of pixels.
 template <class Visitor>

@@ -138,6 +138,20 @@ TEST(BoxBlur, ConvertsPictures) {
         EXPECT_TRUE(part.At(2, 2) == converted.At(2, 2)) << format;
         EXPECT_FALSE(part.pixels == converted.pixels) << format;
     }
+    QImage dense = PictureOf(before).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    dense.setDevicePixelRatio(2);
+    const Plane unchanged = PlaneOf(dense);
+    LXBoxBlur(2)(dense, QRect(5, 5, 10, 10));
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 40; ++x)
+            EXPECT_TRUE(QRect(5, 5, 10, 10).contains(x, y) ||
+                        PlaneOf(dense).At(x, y) == unchanged.At(x, y))
+                << x << " " << y;
+    QImage wide(40000, 6, QImage::Format_ARGB32);
+    wide.fill(Qt::black);
+    wide.setPixelColor(35000, 3, Qt::white);
+    LXBoxBlur(2)(wide, QRect(32700, 1, 4000, 4));
+    EXPECT_EQ(qRed(wide.pixel(35001, 3)), 10);
     QImage null;
     LXBoxBlur(2)(null, QRect());
     LXGaussianBlur(2)(null, QRect(0, 0, 2, 2));
@@ -173,10 +187,12 @@ void CheckBank(const Accumulator& accumulator, int filled) {
     LXAccumulatorBank<Accumulator> bank(accumulator, columns);
     std::vector<Accumulator> singles(columns, accumulator);
     RandomPixels random{unsigned(filled)};
+    // Half of the columns are nearly full, so that their sums come to their limit.
     const auto row = [&] {
         std::vector<LXRGBA32i> pixels(columns);
-        for (LXRGBA32i& pixel : pixels)
-            pixel = random.Pixel();
+        for (std::size_t c = 0; c < columns; ++c)
+            pixels[c] = c % 2 ? random.Pixel()
+                              : LXRGBA32i{255, std::uint8_t(255 - random.Below(2)), 254, 255};
         return pixels;
     };
     std::vector<std::vector<LXRGBA32i>> window;
@@ -207,7 +223,8 @@ TEST(BoxBlur, BanksAreAccumulatorsSideBySide) {
     // Windows of the right size, wider and narrower ones, and beyond what floats hold.
     for (const auto& [radius, filled] :
          {std::pair(0, 1), std::pair(12, 25), std::pair(12, 3000), std::pair(3000, 25),
-          std::pair(32499, 64999), std::pair(32500, 65001), std::pair(-1, 10)}) {
+          std::pair(32499, 64999), std::pair(32500, 65001), std::pair(150000, 300001),
+          std::pair(-1, 10)}) {
         CheckBank(LXRGBABlurAccumulator(radius), filled);
         CheckBank(LXRGBABlurAccumulatorPremul(radius), filled);
         CheckBank(LXAlphaBlurAccumulator(radius), std::min(filled, 30));
@@ -243,11 +260,19 @@ TEST(ImageConvolution, IsTheDirectSum) {
 TEST(ImageConvolution, TakesAnyNumbersAndNoSize) {
     const TestPool pool;
     const Plane before = RandomPlane(9, 9, 10);
+    // Sums that fit no integer truncate to the most negative one.
     for (const double wild : {1e300, -1e300, std::nan(""), double(INFINITY)}) {
         Image image = ImageOf(before);
         LXImageConvolution(&wild, QSize(1, 1))(image);
-        LXImageConvoluteAlpha(&wild, QSize(1, 1))(image);
+        EXPECT_TRUE(SamePixels(image, Image(9, 9))) << wild;
     }
+    Image pixel(1, 1);
+    pixel.SetColor(0, 0, {1, 2, 3, 100});
+    const double nearlyOne = 0.9999999999, large = 1e300;
+    LXImageConvoluteAlpha(&nearlyOne, QSize(1, 1))(pixel);
+    EXPECT_EQ(pixel.GetColor(0, 0), (LXRGBA32i{0, 0, 0, 100})) << "the sum is a float";
+    LXImageConvoluteAlpha(&large, QSize(1, 1))(pixel);
+    EXPECT_EQ(pixel.GetColor(0, 0).alpha, 255);
     for (const QSize& none : {QSize(0, 3), QSize(3, 0), QSize()}) {
         Image image = ImageOf(before);
         LXImageConvolution(nullptr, none)(image);

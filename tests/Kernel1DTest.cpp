@@ -122,7 +122,7 @@ TEST(Gaussians, Lines) {
     EXPECT_EQ(Through(LXGaussian1DPremul(2), clear, 0, 9), Line(9));
 }
 
-/// Line is operator() many times over, to the last bit: on opaque, random and faint pixels.
+/// Line is operator() many times over, byte for byte: on opaque, random and faint pixels.
 TEST(Gaussians, WholeLines) {
     for (const double sigma : {0.1, 0.7, 5.0, 15.0, 40.0})
         for (const unsigned int kind : {0U, 1U, 2U}) {

@@ -25,6 +25,7 @@ const QRect Parts[] = {QRect(0, 0, 200, 150),   QRect(-20, -20, 300, 300), QRect
                        QRect(128, 20, 1, 100)};
 const QRect Outside(200, 0, 5, 5);
 const QRect Inverted(QPoint(50, 50), QPoint(40, 60));
+const QRect Huge(QPoint(-2000000000, -2000000000), QPoint(2000000000, 2000000000));
 
 /// The lines of a plane along an axis, one after the other through `change(line, first, count)`,
 /// which returns the new pixels of the part.
@@ -76,7 +77,7 @@ void CheckSteps(const MakeShell& makeShell, const QRect& part, bool columns,
 template <class Kernel>
 void CheckConvolve(const Kernel& kernel, const QRect& rect) {
     const QRect all(0, 0, 200, 150);
-    const QRect part = rect.isNull() ? all : rect.isValid() ? rect & all : QRect();
+    const QRect part = rect.isNull() || rect == Huge ? all : rect.isValid() ? rect & all : QRect();
     const ChangeLine change = [&](const Line& line, int first, int count) {
         Kernel k = kernel;
         Line result(std::size_t(count), LXRGBA32i{});
@@ -101,19 +102,19 @@ void CheckConvolve(const Kernel& kernel, const QRect& rect) {
         part, true, change);
 }
 
-/// An application's own: the pixel to the left, tinted. It counts its calls, and changes itself,
-/// which no step may carry to the next.
-class LeftNeighbour {
+/// An application's own: the neighbour at some distance, tinted. It counts its calls.
+class Neighbour {
 public:
-    explicit LeftNeighbour(std::atomic<int>* calls) : m_calls(calls) {}
+    explicit Neighbour(std::atomic<int>* calls, int distance = -1)
+        : m_calls(calls), m_distance(distance) {}
     void SetSource(const std::vector<LXRGBA32i>* source) { m_source = source; }
     void SetDestination(std::vector<LXRGBA32i>* destination) { m_destination = destination; }
     void SetSourceOffset(int offset) { m_offset = offset; }
-    int Left() const { return 1; }
-    int Right() const { return 0; }
+    int Left() const { return std::max(-m_distance, 0); }
+    int Right() const { return std::max(m_distance, 0); }
     void operator()(int i) {
         ++*m_calls;
-        const int p = std::max(i + m_offset - 1, 0);
+        const int p = std::clamp(i + m_offset + m_distance, 0, int(m_source->size()) - 1);
         LXRGBA32i pixel = (*m_source)[std::size_t(p)];
         pixel.blue ^= 0x55;
         (*m_destination)[std::size_t(i)] = pixel;
@@ -121,6 +122,7 @@ public:
 
 private:
     std::atomic<int>* m_calls;
+    int m_distance;
     const std::vector<LXRGBA32i>* m_source = nullptr;
     std::vector<LXRGBA32i>* m_destination = nullptr;
     int m_offset = 0;
@@ -159,7 +161,8 @@ TEST(LineSteps, ConvolveLineByLine) {
     const TestPool pool;
     for (const QRect& rect : Parts)
         CheckConvolve(LXGaussian1DPremul(2.0), rect);
-    for (const QRect& rect : {QRect(), Outside, Inverted, QRect(50, 40, 60, 30)}) {
+    for (const QRect& rect :
+         {QRect(), QRect(10, 10, 0, 0), Huge, Outside, Inverted, QRect(50, 40, 60, 30)}) {
         CheckConvolve(LXSimpleBoxKernel1D(200), rect);
         CheckConvolve(LXSimpleSharpenKernel1D(200), rect);
         CheckConvolve(LXGaussian1D(1.0), rect);
@@ -172,8 +175,8 @@ TEST(LineSteps, TakeTheKernelsOfApplications) {
     const TestPool pool;
     std::atomic<int> calls{0};
     Image image = RandomImage(200, 150, 2);
-    LXBlur::LXIterativeConvolveH<Image, LeftNeighbour> steps(LeftNeighbour(&calls), image,
-                                                             QRect(10, 5, 190, 20));
+    LXBlur::LXIterativeConvolveH<Image, Neighbour> steps(Neighbour(&calls), image,
+                                                         QRect(10, 5, 190, 20));
     const LXRGBA32i left = image.GetColor(9, 24);
     for (int n = 1; n <= 20; ++n) {
         steps();
@@ -181,12 +184,116 @@ TEST(LineSteps, TakeTheKernelsOfApplications) {
     }
     EXPECT_EQ(image.GetColor(10, 24),
               (LXRGBA32i{std::uint8_t(left.blue ^ 0x55), left.green, left.red, left.alpha}));
-    CheckConvolve(LeftNeighbour(&calls), QRect());
+    CheckConvolve(Neighbour(&calls), QRect());
+    CheckConvolve(Neighbour(&calls, 7), QRect(20, 10, 60, 50));
+}
+
+/// One derived from a kernel that offers whole lines is asked by its own operator.
+TEST(LineSteps, TakeDerivedKernels) {
+    const TestPool pool;
+    struct Copy : LXGaussian1DPremul {
+        Copy() : LXGaussian1DPremul(3.0) {}
+        void SetSource(const std::vector<LXRGBA32i>* line) { source = line; }
+        void SetDestination(std::vector<LXRGBA32i>* line) { destination = line; }
+        void SetSourceOffset(int o) { offset = o; }
+        void operator()(int i) const {
+            (*destination)[std::size_t(i)] = (*source)[std::size_t(i + offset)];
+        }
+        const std::vector<LXRGBA32i>* source = nullptr;
+        std::vector<LXRGBA32i>* destination = nullptr;
+        int offset = 0;
+    };
+    Image image = RandomImage(200, 10, 5);
+    LXBlur::LXIterativeConvolveH<Image, Copy> steps(Copy(), image, QRect());
+    steps();
+    EXPECT_TRUE(SamePixels(image, RandomImage(200, 10, 5)));
+}
+
+TEST(LineSteps, MapsCopyTheirFunctor) {
+    struct Counter {
+        int calls = 0;
+        int* sum;
+        void operator()(int) { *sum += ++calls; }
+    };
+    int sum = 0;
+    const Counter counter{0, &sum};
+    std::vector<LXIndexRun> runs = LXIndexRuns(10); // one, so on one thread
+    LXMapIndices(runs, counter);
+    LXMapIndices(runs, counter);
+    EXPECT_EQ(sum, 2 * 55);
+    EXPECT_EQ(LXIndexRuns(INT_MAX).back().last, INT_MAX);
+    EXPECT_TRUE(LXIndexRuns(0).empty());
+}
+
+namespace {
+
+/// An image that takes no more than a number of lines.
+struct StubbornImage : Image {
+    explicit StubbornImage(const Image& image) : Image(image) {}
+    int lines = 3;
+    template <class... Arguments>
+    bool WriteLine(Arguments... arguments) {
+        return lines-- > 0 && Image::WriteLine(arguments...);
+    }
+    template <class... Arguments>
+    bool WriteColumn(Arguments... arguments) {
+        return lines-- > 0 && Image::WriteColumn(arguments...);
+    }
+};
+
+} // namespace
+
+TEST(LineSteps, EndAtALineThatCannotBeWrittenButNotAtAColumn) {
+    const TestPool pool;
+    using Sums = LXAlphaBlurAccumulator;
+    using BoxH = LXBlur::LXBoxBlurIterativeH<StubbornImage, Sums, void>;
+    using BoxV = LXBlur::LXBoxBlurIterativeV<StubbornImage, Sums, void>;
+    const auto tried = [](auto makeShell) {
+        StubbornImage image(RandomImage(20, 20, 1));
+        auto shell = makeShell(image);
+        for (int i = 0; i < 25; ++i)
+            (*shell)();
+        return 3 - image.lines;
+    };
+    using Kernel = LXSimpleBoxKernel1D;
+    using ConvolveH = LXBlur::LXIterativeConvolveH<StubbornImage, Kernel>;
+    using ConvolveV = LXBlur::LXIterativeConvolveV<StubbornImage, Kernel>;
+    EXPECT_EQ(tried([](auto& i) { return std::make_unique<BoxH>(1, Sums(1), i, QRect()); }), 4);
+    EXPECT_EQ(tried([](auto& i) { return std::make_unique<BoxV>(1, Sums(1), i, QRect()); }), 20);
+    EXPECT_EQ(tried([](auto& i) { return std::make_unique<ConvolveH>(Kernel(9), i, QRect()); }), 4);
+    EXPECT_EQ(tried([](auto& i) { return std::make_unique<ConvolveV>(Kernel(9), i, QRect()); }),
+              20);
+}
+
+TEST(LineSteps, NothingInImagesWithoutPixels) {
+    const TestPool pool;
+    using Sums = LXRGBABlurAccumulatorPremul;
+    for (const auto& [width, height] : {std::pair(0U, 0U), std::pair(5U, 0U), std::pair(0U, 5U)}) {
+        Image image(width, height);
+        EXPECT_TRUE((LXBlur::LXBoxBlurIterativeH<Image, Sums, void>(1, Sums(1), image, QRect())()));
+        EXPECT_TRUE((LXBlur::LXBoxBlurIterativeV<Image, Sums, void>(1, Sums(1), image, QRect())()));
+        LXBlur::LXIterativeConvolveV<Image, LXSimpleBoxKernel1D>(LXSimpleBoxKernel1D(1), image,
+                                                                 QRect())();
+    }
+}
+
+/// Along columns a missing tile is nothing, and what is there stays.
+TEST(LineSteps, PassOverMissingTiles) {
+    const TestPool pool;
+    Image image = RandomImage(300, 10, 4);
+    image.GetTileRow(0)[1] = nullptr;
+    const LXRGBA32i last = image.GetColor(299, 9);
+    using Sums = LXRGBABlurAccumulator;
+    LXBlur::LXBoxBlurIterativeV<Image, Sums, void> steps(0, Sums(0), image, QRect());
+    while (!steps()) {
+    }
+    EXPECT_EQ(image.GetColor(299, 9), last);
+    EXPECT_EQ(image.GetTileRow(0)[1].constData(), nullptr);
 }
 
 TEST(LineSteps, BoxBlurLineByLine) {
     const TestPool pool;
-    using Opaque = LXBlur::LXRGBA32iColorWrapper<0U>;
+    using Surrounded = LXBlur::LXRGBA32iColorWrapper<0U>;
     const LXRGBA32i colour{5, 6, 7, 8};
     for (const QRect& rect : Parts)
         CheckBoxBlur<void>(LXRGBABlurAccumulatorPremul(6), 6, rect);
@@ -195,8 +302,8 @@ TEST(LineSteps, BoxBlurLineByLine) {
             CheckBoxBlur<void>(LXRGBABlurAccumulatorPremul(radius), radius, rect);
             CheckBoxBlur<void>(LXRGBABlurAccumulator(radius), radius, rect);
             CheckBoxBlur<void>(LXAlphaBlurAccumulator(radius), radius, rect);
-            CheckBoxBlur<Opaque>(LXAlphaBlurAccumulator(radius), radius, rect);
-            CheckBoxBlur<Opaque>(LXRGBABlurAccumulatorPremul(radius), radius, rect);
+            CheckBoxBlur<Surrounded>(LXAlphaBlurAccumulator(radius), radius, rect);
+            CheckBoxBlur<Surrounded>(LXRGBABlurAccumulatorPremul(radius), radius, rect);
             CheckBoxBlur<void>(LXAlphaBlurAccumulatorWithInvert(radius), radius, rect);
             CheckBoxBlur<void>(LXAlphaBlurAccumulatorWithRGBColorize(radius, colour), radius, rect);
         }
@@ -226,12 +333,12 @@ TEST(LineSteps, BoxBlurOfAHighImage) {
 
 TEST(LineSteps, PassOnWhatAKernelThrows) {
     TestPool pool;
-    struct Thrower : LeftNeighbour {
-        using LeftNeighbour::LeftNeighbour;
+    struct Thrower : Neighbour {
+        using Neighbour::Neighbour;
         void operator()(int i) {
             if (i == 120)
                 throw std::runtime_error("no");
-            LeftNeighbour::operator()(i);
+            Neighbour::operator()(i);
         }
     };
     std::atomic<int> calls{0};

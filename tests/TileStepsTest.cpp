@@ -31,7 +31,8 @@ const QRect Rects[] = {
     QRect(130, 133, 60, 120),  QRect(-40, -50, 90, 90), QRect(250, 250, 500, 500),
     QRect(128, 128, 128, 128), QRect(120, 64, 20, 64),  QRect(120, 65, 20, 63)};
 
-const QRect Nothing[] = {QRect(), QRect(300, 0, 5, 5), QRect(5, 5, 0, 5)};
+const QRect Nothing[] = {QRect(), QRect(300, 0, 5, 5), QRect(5, 5, 0, 5),
+                         QRect(QPoint(50, 50), QPoint(40, 40))};
 
 } // namespace
 
@@ -116,8 +117,37 @@ TEST(TileSteps, RectanglesWithoutPixelsGiveNoSteps) {
         EXPECT_EQ(LXTileSteps<Image>::GetTileCount(image, rect), 0);
         EXPECT_TRUE((LXTransformImageColorsIterative<Image, Step>(Step(), image, rect)()));
         EXPECT_TRUE((LXTransformImagePixel<Image, Place>()(image, rect, Place())));
+        EXPECT_TRUE((LXTransformImagePixelIterative<Image, Place>(Place(), image, rect)()));
     }
-    EXPECT_EQ(image.GetColor(0, 0).blue, 0);
+    EXPECT_TRUE(SamePixels(image, Image(300, 280)));
+}
+
+/// The steps share one functor, tiles go row by row, and missing ones are passed over.
+TEST(TileSteps, KeepTheirFunctorFromTileToTile) {
+    const TestPool pool;
+    struct Numbers {
+        int next = 0;
+        void operator()(LXRGBA32i& pixel) {
+            pixel = {std::uint8_t(next), std::uint8_t(next >> 8), std::uint8_t(next >> 16), 0};
+            ++next;
+        }
+    };
+    Image image(300, 280);
+    image.GetTileRow(1)[0] = nullptr;
+    LXTransformImageColorsIterative<Image, Numbers> steps(Numbers(), image,
+                                                          QRect(127, 127, 130, 130));
+    while (!steps()) {
+    }
+    const auto number = [&](int x, int y) {
+        const LXRGBA32i p = image.GetColor(x, y);
+        return p.blue + (p.green << 8) + (p.red << 16);
+    };
+    EXPECT_EQ(number(127, 127), 0);
+    EXPECT_EQ(number(128, 127), 1);
+    EXPECT_EQ(number(256, 127), 129);
+    EXPECT_EQ(number(128, 128), 130);
+    EXPECT_EQ(number(128, 129), 130 + 128);
+    LXTransformImagePixel<Image, Place>()(image, LXImageRect(image), Place());
 }
 
 TEST(TileSteps, PassOnWhatAFunctorThrows) {

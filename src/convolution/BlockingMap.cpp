@@ -13,8 +13,10 @@ std::vector<LXIndexRun> LXIndexRuns(int count, int shortest) {
     const int threads = std::max(QThreadPool::globalInstance()->maxThreadCount(), 1);
     const int length = std::max(shortest, count / (runsOfAThread * threads) + 1);
     std::vector<LXIndexRun> runs;
-    for (int first = 0; first < count; first += length)
-        runs.push_back({first, count - first > length ? first + length : count});
+    for (int first = 0, last = 0; last < count; first = last) {
+        last = count - first > length ? first + length : count;
+        runs.push_back({first, last});
+    }
     return runs;
 }
 

@@ -158,13 +158,23 @@ void CopyBack(const LXImageRGBA32i& from, LXImageRGBA32i& to, const QRect& rect)
     BlendOn(from, rect, QPainter::CompositionMode_Source, to, rect, 1.0, false);
 }
 void CopyBack(const QImage& from, QImage& to, const QRect& rect) {
-    if (to.isNull())
-        return;
     if (to.format() == QImage::Format_Indexed8)
         MakeARGB32(to); // the one format that QPainter does not draw on
+    const QRect part = LXClipped(rect, to.rect());
+    if (!part.isValid())
+        return;
+    if (to.format() == QImage::Format_ARGB32) {
+        for (int y = part.top(); y <= part.bottom(); ++y)
+            std::copy_n(ConstRow(from, y) + part.left(), part.width(), Row(to, y) + part.left());
+        return;
+    }
     QPainter painter(&to);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.drawImage(rect, from, rect);
+    // A painter counts in points of the screen, and the rectangle in pixels.
+    painter.scale(1 / to.devicePixelRatioF(), 1 / to.devicePixelRatioF());
+    QImage pixels = from;
+    pixels.setDevicePixelRatio(1);
+    painter.drawImage(part, pixels, part);
 }
 
 template <class Image>
