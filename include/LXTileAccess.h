@@ -2,6 +2,8 @@
 
 #include "LXDataBlock.h"
 
+#include <optional>
+
 /// The access bracket: the only way to the pixels of a tile. Each object holds one tile open for
 /// as long as it lives. A null slot gives null pixels.
 
@@ -75,4 +77,35 @@ public:
 private:
     void* m_handle;
     typename Block::Pixel* m_pixels;
+};
+
+/// Keeps open the tile that was last asked for, and changes it when another one is. A copy begins
+/// without a tile. For one thread, and for images that nobody writes to meanwhile.
+template <class Image>
+class LXHeldTile {
+public:
+    LXHeldTile() = default;
+    LXHeldTile(const LXHeldTile&) {}
+    LXHeldTile& operator=(const LXHeldTile&) {
+        m_tile.reset();
+        return *this;
+    }
+
+    /// The pixels of that tile of the grid, until the next call. Null if the slot is, or if there
+    /// is no such tile.
+    const typename Image::Pixel* Pixels(const Image& image, unsigned int column, unsigned int row) {
+        if (!m_tile || column != m_column || row != m_row) {
+            const auto* const slots = image.GetTileRow(row);
+            m_tile.emplace(slots && column < image.GetTilesX() ? slots[column].constData()
+                                                               : nullptr);
+            m_column = column;
+            m_row = row;
+        }
+        return m_tile->Pixels();
+    }
+
+private:
+    std::optional<LXTileReader<typename Image::Block>> m_tile;
+    unsigned int m_column = 0;
+    unsigned int m_row = 0;
 };

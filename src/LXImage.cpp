@@ -3,6 +3,8 @@
 #include "LXFault.h"
 #include "compositing/Drivers.h"
 #include "core/conversion/Conversions.h"
+#include "geometry/ScaleImage.h"
+#include "geometry/TransformImage.h"
 
 /// The front door of the image functions: each exported one has its guard here and its work in the
 /// room behind.
@@ -120,3 +122,33 @@ template <>
 void BlendMaskOn<LXImageCMYKA, LXImageCMYKA>(const LXImageCMYKA&, const QRect&, unsigned int,
                                              LXImageCMYKA&, const QRect&, double,
                                              const LXImageRGBA32i&, const QRect&, bool, bool) {}
+
+#define LX_TRANSFORM_IMAGE(Source, Destination)                                                    \
+    template <>                                                                                    \
+    bool TransformImage<Source, Destination>(const Source& source, const QTransform& transform,    \
+                                             Destination& destination, const QRect& rect) {        \
+        return LXFault::StrictGuard(                                                               \
+            LX_SITE, [&] { return LXNearest::Transform(source, transform, destination, rect); });  \
+    }
+
+LX_TRANSFORM_IMAGE(LXImageRGBA32i, LXImageRGBA32i)
+LX_TRANSFORM_IMAGE(LXImageRGBA32i, QImage)
+LX_TRANSFORM_IMAGE(LXImageCMYKA, LXImageCMYKA)
+LX_TRANSFORM_IMAGE(LXImageCMYKA, QImage)
+
+#undef LX_TRANSFORM_IMAGE
+
+bool ScaleImage(const LXImageRGBA32i& source, const QPointF& origin, double scale, QImage& target) {
+    return LXFault::StrictGuard(LX_SITE, [&] {
+        LXView::Draw(source, origin, scale, target);
+        return true;
+    });
+}
+
+bool ScaleImage(const LXImageRGBA32i& source, const QPointF& origin, double scale, QImage& target,
+                const LXColorTransformBase& transform) {
+    return LXFault::StrictGuard(LX_SITE, [&] {
+        LXView::Draw(source, origin, scale, target, transform);
+        return true;
+    });
+}

@@ -5,7 +5,7 @@
 #include "compositing/BlendOnTileHelper.h"
 #include "compositing/BlendTable.h"
 #include "compositing/Overlap.h"
-#include "compositing/Snapshot.h"
+#include "core/Snapshot.h"
 
 #include <algorithm>
 

@@ -3,8 +3,8 @@
 #include "LXTileWalk.h"
 #include "compositing/BlendTable.h"
 #include "compositing/Overlap.h"
-#include "compositing/Snapshot.h"
 #include "compositing/TileBands.h"
+#include "core/Snapshot.h"
 
 #include <algorithm>
 
