@@ -38,7 +38,8 @@ void Rotate(benchmark::State& state,
         transform(image, Turn(), turned, QRect());
     Count(state, Bench::Pixels);
 }
-BENCHMARK_CAPTURE(Rotate, Plain, TransformImage<LXImageRGBA32i, LXImageRGBA32i>)->Name("RotatePlain");
+BENCHMARK_CAPTURE(Rotate, Plain, TransformImage<LXImageRGBA32i, LXImageRGBA32i>)
+    ->Name("RotatePlain");
 BENCHMARK_CAPTURE(Rotate, Nearest, NearestNeighbourTransformImage)->Name("RotateNearest");
 BENCHMARK_CAPTURE(Rotate, Bilinear, BilinearTransformImage)->Name("RotateBilinear");
 BENCHMARK_CAPTURE(Rotate, Bicubic, BicubicTransformImage)->Name("RotateBicubic");
@@ -66,8 +67,7 @@ void OpenCVRotate(benchmark::State& state, int interpolation) {
     const cv::Matx23d matrix(turn.m11(), turn.m21(), turn.dx(), turn.m12(), turn.m22(), turn.dy());
     cv::Mat turned(image.size(), image.type());
     for (auto _ : state)
-        cv::warpAffine(image, turned, matrix, image.size(), interpolation,
-                       cv::BORDER_TRANSPARENT);
+        cv::warpAffine(image, turned, matrix, image.size(), interpolation, cv::BORDER_TRANSPARENT);
     Count(state, Bench::Pixels);
 }
 BENCHMARK_CAPTURE(OpenCVRotate, Linear, cv::INTER_LINEAR)->Name("OpenCVRotateLinear");
@@ -147,13 +147,14 @@ BENCHMARK(ViewOf400MP);
 
 using Pairs::Measure;
 const int Lines[] = {
-    Pairs::Add({"rotate, plain nearest / QPainter", "RotatePlain", "PainterRotate", Measure::Rate,
-                1.0}),
-    Pairs::Add({"rotate, nearest / QPainter", "RotateNearest", "PainterRotate", Measure::Rate, 1.0}),
-    Pairs::Add({"rotate, bilinear / OpenCV", "RotateBilinear", "OpenCVRotateLinear", Measure::Rate,
-                1.0}),
-    Pairs::Add({"rotate, bicubic / OpenCV", "RotateBicubic", "OpenCVRotateCubic", Measure::Rate,
-                1.0}),
+    Pairs::Add(
+        {"rotate, plain nearest / QPainter", "RotatePlain", "PainterRotate", Measure::Rate, 1.0}),
+    Pairs::Add(
+        {"rotate, nearest / QPainter", "RotateNearest", "PainterRotate", Measure::Rate, 1.0}),
+    Pairs::Add(
+        {"rotate, bilinear / OpenCV", "RotateBilinear", "OpenCVRotateLinear", Measure::Rate, 1.0}),
+    Pairs::Add(
+        {"rotate, bicubic / OpenCV", "RotateBicubic", "OpenCVRotateCubic", Measure::Rate, 1.0}),
     Pairs::Add({"view at 0.37 / QPainter", "View037", "PainterView037", Measure::Rate, 1.0}),
     Pairs::Add({"view at 4.0 / QPainter", "View400", "PainterView400", Measure::Rate, 1.0}),
     Pairs::Add({"view of 400 MP / view of 2 MP", "ViewOf400MP", "ViewOf2MP", Measure::Time, 1.3}),

@@ -95,17 +95,19 @@ public:
     /// is no such tile.
     const typename Image::Pixel* Pixels(const Image& image, unsigned int column, unsigned int row) {
         if (!m_tile || column != m_column || row != m_row) {
-            const auto* const slots = image.GetTileRow(row);
-            m_tile.emplace(slots && column < image.GetTilesX() ? slots[column].constData()
+            const auto* const tiles = image.GetTileRow(row);
+            m_tile.emplace(tiles && column < image.GetTilesX() ? tiles[column].constData()
                                                                : nullptr);
+            m_pixels = m_tile->Pixels();
             m_column = column;
             m_row = row;
         }
-        return m_tile->Pixels();
+        return m_pixels;
     }
 
 private:
     std::optional<LXTileReader<typename Image::Block>> m_tile;
+    const typename Image::Pixel* m_pixels = nullptr;
     unsigned int m_column = 0;
     unsigned int m_row = 0;
 };

@@ -9,5 +9,7 @@ inline void PrefetchRow([[maybe_unused]] const LXRGBA32i* row, [[maybe_unused]] 
     constexpr int linePixels = 16;
     for (int x = 0; x < width; x += linePixels)
         __builtin_prefetch(row + x);
+    // GCC drops calls of functions that do nothing but prefetch, unless they seem to do more.
+    __asm__ volatile("");
 #endif
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdint>
+#include "LXPixel.h"
+#include "geometry/PositionRows.h"
 
 /// Interpolation of single channels, from 0 to 255, in the exact order of their operations. The
 /// results are to be truncated and then limited to 0 .. 255.
@@ -26,10 +27,14 @@ inline double Cubic(int p0, int p1, int p2, int p3, double t) {
 
 namespace LXRows {
 
-/// Rows of pixels as words, each channel interpolated for itself. Of `t` -0.5 to 1 are meant.
-void Linear(const std::uint32_t* a, const std::uint32_t* b, const double* t, std::uint32_t* out,
-            unsigned int count);
-void Cubic(const std::uint32_t* p0, const std::uint32_t* p1, const std::uint32_t* p2,
-           const std::uint32_t* p3, const double* t, std::uint32_t* out, unsigned int count);
+/// Rows of pixels, each channel interpolated for itself. Of `t` -0.5 to 1 are meant.
+///
+/// Along a source row: the two or four pixels for place i lie side by side from 2 i or 4 i on.
+void LinearAlong(const LXRGBA32i* pairs, const double* t, LXRGBA32i* out, unsigned int count);
+void CubicAlong(const LXRGBA32i* fours, const double* t, LXRGBA32i* out, unsigned int count);
+
+/// Across two or four rows, RunLength pixels apart, of which each has one pixel for place i.
+void LinearAcross(const LXRGBA32i* rows, const double* t, LXRGBA32i* out, unsigned int count);
+void CubicAcross(const LXRGBA32i* rows, const double* t, LXRGBA32i* out, unsigned int count);
 
 } // namespace LXRows

@@ -3,9 +3,13 @@
 #include "core/Clones.h"
 #include "core/conversion/PixelWords.h"
 
+#include <cstddef>
+
 namespace {
 
 using LXWords::Byte;
+using LXWords::PixelOf;
+using LXWords::WordOf;
 
 /// Limited and then truncated, which is the same as the other way round for what fits an integer.
 inline std::uint32_t Channel(double value, int index) {
@@ -25,32 +29,47 @@ inline std::uint32_t CubicChannel(std::uint32_t p0, std::uint32_t p1, std::uint3
                    index);
 }
 
-LX_CLONED void LinearRow(const std::uint32_t* a, const std::uint32_t* b, const double* t,
-                         std::uint32_t* out, unsigned int count) {
-    for (unsigned int i = 0; i < count; ++i)
-        out[i] = LinearChannel(a[i], b[i], t[i], 0) | LinearChannel(a[i], b[i], t[i], 1) |
-                 LinearChannel(a[i], b[i], t[i], 2) | LinearChannel(a[i], b[i], t[i], 3);
+/// Pixel k for place i has the index Step i + Distance k. (One pointer for all of them: of several
+/// the compiler does not see that they lie side by side.)
+template <std::size_t Step, std::size_t Distance>
+LX_CLONED void LinearRow(const LXRGBA32i* in, const double* t, LXRGBA32i* out, unsigned int count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint32_t a = WordOf(in[Step * i]), b = WordOf(in[Step * i + Distance]);
+        out[i] = PixelOf<LXRGBA32i>(LinearChannel(a, b, t[i], 0) | LinearChannel(a, b, t[i], 1) |
+                                    LinearChannel(a, b, t[i], 2) | LinearChannel(a, b, t[i], 3));
+    }
 }
 
-LX_CLONED void CubicRow(const std::uint32_t* p0, const std::uint32_t* p1, const std::uint32_t* p2,
-                        const std::uint32_t* p3, const double* t, std::uint32_t* out,
-                        unsigned int count) {
-    for (unsigned int i = 0; i < count; ++i)
-        out[i] = CubicChannel(p0[i], p1[i], p2[i], p3[i], t[i], 0) |
-                 CubicChannel(p0[i], p1[i], p2[i], p3[i], t[i], 1) |
-                 CubicChannel(p0[i], p1[i], p2[i], p3[i], t[i], 2) |
-                 CubicChannel(p0[i], p1[i], p2[i], p3[i], t[i], 3);
+template <std::size_t Step, std::size_t Distance>
+LX_CLONED void CubicRow(const LXRGBA32i* in, const double* t, LXRGBA32i* out, unsigned int count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const LXRGBA32i* const p = in + Step * i;
+        const std::uint32_t p0 = WordOf(p[0]), p1 = WordOf(p[Distance]);
+        const std::uint32_t p2 = WordOf(p[2 * Distance]), p3 = WordOf(p[3 * Distance]);
+        out[i] = PixelOf<LXRGBA32i>(
+            CubicChannel(p0, p1, p2, p3, t[i], 0) | CubicChannel(p0, p1, p2, p3, t[i], 1) |
+            CubicChannel(p0, p1, p2, p3, t[i], 2) | CubicChannel(p0, p1, p2, p3, t[i], 3));
+    }
 }
 
 } // namespace
 
-void LXRows::Linear(const std::uint32_t* a, const std::uint32_t* b, const double* t,
-                    std::uint32_t* out, unsigned int count) {
-    LinearRow(a, b, t, out, count);
+void LXRows::LinearAlong(const LXRGBA32i* pairs, const double* t, LXRGBA32i* out,
+                         unsigned int count) {
+    LinearRow<2, 1>(pairs, t, out, count);
 }
 
-void LXRows::Cubic(const std::uint32_t* p0, const std::uint32_t* p1, const std::uint32_t* p2,
-                   const std::uint32_t* p3, const double* t, std::uint32_t* out,
-                   unsigned int count) {
-    CubicRow(p0, p1, p2, p3, t, out, count);
+void LXRows::CubicAlong(const LXRGBA32i* fours, const double* t, LXRGBA32i* out,
+                        unsigned int count) {
+    CubicRow<4, 1>(fours, t, out, count);
+}
+
+void LXRows::LinearAcross(const LXRGBA32i* rows, const double* t, LXRGBA32i* out,
+                          unsigned int count) {
+    LinearRow<1, RunLength>(rows, t, out, count);
+}
+
+void LXRows::CubicAcross(const LXRGBA32i* rows, const double* t, LXRGBA32i* out,
+                         unsigned int count) {
+    CubicRow<1, RunLength>(rows, t, out, count);
 }

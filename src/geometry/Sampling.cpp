@@ -1,19 +1,17 @@
 #include "LXImageTransformation.h"
 
 #include "core/Truncate.h"
-#include "core/conversion/PixelWords.h"
 #include "geometry/Interpolation.h"
 #include "geometry/PositionRows.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
 using LXRows::Pixels;
 using LXRows::Positions;
 using LXRows::RunLength;
-using LXWords::PixelOf;
-using LXWords::WordOf;
 using Image = LXImageRGBA32i;
 
 QSize SizeOf(const Image& image) {
@@ -43,78 +41,99 @@ void ForInside(const Pixels& places, unsigned int count, Sample sample) {
 template <int Side>
 class Neighbourhoods {
 public:
-    Neighbourhoods(const Image& source, LXHeldTile<Image>& tile)
-        : m_source(source), m_tile(tile), m_maxX(int(source.GetWidth()) - 1),
-          m_maxY(int(source.GetHeight()) - 1) {}
+    Neighbourhoods(const Image& source, LXHeldTile<Image>& tile) : m_source(source), m_tile(tile) {}
 
-    /// Around the places `first` to `last`, `last` excluded.
-    void Read(const Pixels& places, unsigned int first, unsigned int last) {
-        for (unsigned int i = first; i < last; ++i)
-            ReadOne(places.column[i] - Before, places.row[i] - Before, i - first);
+    /// Around the places `first` to `last`, `last` excluded: Side pixels for each place go to each
+    /// of Side rows, which are `stride` apart.
+    void Read(const Pixels& places, unsigned int first, unsigned int last, LXRGBA32i* rows,
+              int stride) {
+        Window window{};
+        for (unsigned int i = first; i < last; ++i, rows += Side) {
+            const int left = places.column[i] - Before, top = places.row[i] - Before;
+            if (!window.Holds(left, top))
+                Move(window, left, top);
+            if (window.Holds(left, top)) {
+                Copy(window.At(left, top), rows, stride);
+            } else {
+                window = {};
+                CopyClamped(left, top, rows, stride);
+            }
+        }
     }
-
-    /// Pixel by pixel, row by row of the neighbourhood, and then place by place.
-    std::uint32_t words[Side * Side][RunLength];
 
 private:
     static constexpr int Before = (Side - 1) / 2;
     static constexpr int TileSide = int(Image::TileWidth);
     static_assert(Image::TileWidth == Image::TileHeight);
 
-    /// From (left, top) on.
-    void ReadOne(int left, int top, unsigned int i) {
-        const int right = left + Side - 1, bottom = top + Side - 1;
-        const int column = left / TileSide, row = top / TileSide;
-        const bool isInOneTile = left >= 0 && top >= 0 && right <= m_maxX && bottom <= m_maxY &&
-                                 right / TileSide == column && bottom / TileSide == row;
-        if (!isInOneTile)
-            return ReadClamped(left, top, i);
-        const LXRGBA32i* from = m_tile.Pixels(m_source, unsigned(column), unsigned(row));
-        if (!from)
-            return ReadClamped(left, top, i);
-        from += (top % TileSide) * TileSide + left % TileSide;
-        for (int y = 0; y < Side; ++y)
-            for (int x = 0; x < Side; ++x)
-                words[y * Side + x][i] = WordOf(from[y * TileSide + x]);
+    /// The part of an open tile in which a neighbourhood may begin, to lie in tile and image.
+    struct Window {
+        const LXRGBA32i* pixels;
+        int left, top;              ///< of the tile
+        unsigned int columns, rows; ///< 0 if there is none
+
+        bool Holds(int x, int y) const {
+            return static_cast<unsigned int>(x - left) < columns &&
+                   static_cast<unsigned int>(y - top) < rows;
+        }
+        const LXRGBA32i* At(int x, int y) const {
+            return pixels + (y - top) * TileSide + (x - left);
+        }
+    };
+
+    /// To the tile that has (x, y), if there is one.
+    void Move(Window& window, int x, int y) {
+        if (x < 0 || y < 0)
+            return;
+        const int left = x / TileSide * TileSide, top = y / TileSide * TileSide;
+        const LXRGBA32i* const pixels =
+            m_tile.Pixels(m_source, unsigned(left / TileSide), unsigned(top / TileSide));
+        const auto starts = [](unsigned int length, int from) {
+            return unsigned(std::max(std::min(int(length) - from, TileSide) - Side + 1, 0));
+        };
+        window = {pixels, left, top, pixels ? starts(m_source.GetWidth(), left) : 0,
+                  starts(m_source.GetHeight(), top)};
     }
 
-    void ReadClamped(int left, int top, unsigned int i) {
+    static void Copy(const LXRGBA32i* from, LXRGBA32i* rows, int stride) {
         for (int y = 0; y < Side; ++y)
-            for (int x = 0; x < Side; ++x)
-                words[y * Side + x][i] = Word(unsigned(std::clamp(left + x, 0, m_maxX)),
-                                              unsigned(std::clamp(top + y, 0, m_maxY)));
+            std::memcpy(rows + y * stride, from + y * TileSide, Side * sizeof(LXRGBA32i));
     }
 
-    std::uint32_t Word(unsigned int x, unsigned int y) {
+    void CopyClamped(int left, int top, LXRGBA32i* rows, int stride) {
+        const int maxX = int(m_source.GetWidth()) - 1, maxY = int(m_source.GetHeight()) - 1;
+        for (int y = 0; y < Side; ++y)
+            for (int x = 0; x < Side; ++x)
+                rows[y * stride + x] = At(unsigned(std::clamp(left + x, 0, maxX)),
+                                          unsigned(std::clamp(top + y, 0, maxY)));
+    }
+
+    LXRGBA32i At(unsigned int x, unsigned int y) {
         const LXRGBA32i* const tile =
             m_tile.Pixels(m_source, x / Image::TileWidth, y / Image::TileHeight);
-        return tile ? WordOf(tile[y % Image::TileHeight * Image::TileWidth + x % Image::TileWidth])
-                    : 0;
+        return tile ? tile[y % Image::TileHeight * Image::TileWidth + x % Image::TileWidth]
+                    : LXRGBA32i{};
     }
 
     const Image& m_source;
     LXHeldTile<Image>& m_tile;
-    int m_maxX;
-    int m_maxY;
 };
 
-/// Interpolates a piece of a row: `combine(neighbourhoods, fractions, count, out)` makes words of
-/// neighbourhoods.
+/// Interpolates a piece of a row: `combine(rows, fractions, count, out)` makes pixels of
+/// neighbourhoods of Side x Side, whose rows are Side * RunLength apart.
 template <int Side, class Combine>
 void Interpolate(const Image& source, const QTransform& inverse, LXHeldTile<Image>& tile, int x,
                  int y, LXRGBA32i* pixels, unsigned int count, Combine combine) {
     Positions positions, fractions;
     Pixels places;
+    LXRGBA32i rows[Side][Side * RunLength];
     LXRows::Map(inverse, x, y, count, positions);
     LXRows::Locate(positions, count, SizeOf(source), 0.5, places);
     Neighbourhoods<Side> neighbours(source, tile);
     ForInside(places, count, [&](unsigned int first, unsigned int last) {
         LXRows::Fractions(positions, places, first, last, fractions);
-        neighbours.Read(places, first, last);
-        std::uint32_t out[RunLength];
-        combine(neighbours.words, fractions, last - first, out);
-        for (unsigned int i = first; i < last; ++i)
-            pixels[i] = PixelOf<LXRGBA32i>(out[i - first]);
+        neighbours.Read(places, first, last, rows[0], Side * RunLength);
+        combine(rows, fractions, last - first, pixels + first);
     });
 }
 
@@ -129,21 +148,18 @@ void LXNearestNeighbourTransformation::TransformRun(int x, int y, LXRGBA32i* pix
         LXRows::Locate(positions, length, SizeOf(*m_source), 0, places);
         Neighbourhoods<1> neighbours(*m_source, m_tile);
         ForInside(places, length, [&](unsigned int first, unsigned int last) {
-            neighbours.Read(places, first, last);
-            for (unsigned int i = first; i < last; ++i)
-                piece[i] = PixelOf<LXRGBA32i>(neighbours.words[0][i - first]);
+            neighbours.Read(places, first, last, piece + first, 0);
         });
     });
 }
 
 void LXBilinearTransformation::TransformRun(int x, int y, LXRGBA32i* pixels,
                                             unsigned int count) const {
-    const auto combine = [](const auto& words, const Positions& t, unsigned int n,
-                            std::uint32_t* out) {
-        std::uint32_t upper[RunLength], lower[RunLength];
-        LXRows::Linear(words[0], words[1], t.x.data(), upper, n);
-        LXRows::Linear(words[2], words[3], t.x.data(), lower, n);
-        LXRows::Linear(upper, lower, t.y.data(), out, n);
+    const auto combine = [](const auto& rows, const Positions& t, unsigned int n, LXRGBA32i* out) {
+        LXRGBA32i along[2][RunLength];
+        for (int k = 0; k < 2; ++k)
+            LXRows::LinearAlong(rows[k], t.x.data(), along[k], n);
+        LXRows::LinearAcross(along[0], t.y.data(), out, n);
     };
     ForPieces(x, pixels, count, [&](int left, LXRGBA32i* piece, unsigned int length) {
         Interpolate<2>(*m_source, m_inverse, m_tile, left, y, piece, length, combine);
@@ -152,13 +168,11 @@ void LXBilinearTransformation::TransformRun(int x, int y, LXRGBA32i* pixels,
 
 void LXBicubicTransformation::TransformRun(int x, int y, LXRGBA32i* pixels,
                                            unsigned int count) const {
-    const auto combine = [](const auto& words, const Positions& t, unsigned int n,
-                            std::uint32_t* out) {
-        std::uint32_t rows[4][RunLength];
+    const auto combine = [](const auto& rows, const Positions& t, unsigned int n, LXRGBA32i* out) {
+        LXRGBA32i along[4][RunLength];
         for (int k = 0; k < 4; ++k)
-            LXRows::Cubic(words[4 * k], words[4 * k + 1], words[4 * k + 2], words[4 * k + 3],
-                          t.x.data(), rows[k], n);
-        LXRows::Cubic(rows[0], rows[1], rows[2], rows[3], t.y.data(), out, n);
+            LXRows::CubicAlong(rows[k], t.x.data(), along[k], n);
+        LXRows::CubicAcross(along[0], t.y.data(), out, n);
     };
     ForPieces(x, pixels, count, [&](int left, LXRGBA32i* piece, unsigned int length) {
         Interpolate<4>(*m_source, m_inverse, m_tile, left, y, piece, length, combine);
