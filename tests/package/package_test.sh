@@ -42,8 +42,7 @@ for header in "$work"/root/include/libimage/*.h; do
 done
 
 # Nothing leaks out of the library but its own names.
-own='LX|RM|void Blend|Make|Clamp|VoltageToIntensitySrgb|Extends|ConvertImage|Blend|getHue|getYCbCr|getYUV|__bss_start|_edata|_end'
-own='LX|RM|Compare|Create|Draw|FillPath|GetOutOfRangeColor|InvertImage|void Blend|Make|Clamp|VoltageToIntensitySrgb|Extends|ConvertImage|Blend|__bss_start|_edata|_end'
+own='LX|RM|AdjustValue|BicubicTransformImage|BilinearTransformImage|Compare|Create|Draw|FillPath|GetOutOfRangeColor|InvertImage|NearestNeighbourTransformImage|ScaleImage|ScaleLine|scaleLineNew|bool TransformImage|void Blend|Make|Clamp|VoltageToIntensitySrgb|Extends|ConvertImage|Blend|getHue|getYCbCr|getYUV|operator<<|operator>>|__bss_start|_edata|_end'
 foreign=$(nm -DC --defined-only "$library/libimage.so.0" | cut -c20- |
     sed -E 's/^((typeinfo|vtable|typeinfo name) for|guard variable for|unsigned (short|char)|float|QImage) //' |
     grep -vE "^($own)" || true)

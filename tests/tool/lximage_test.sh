@@ -356,6 +356,27 @@ for arguments in "gamma --gamma 9" "gamma --gamma x" "nonsense" "posterize --lev
     check "adjust $arguments" exits 2 adjust $arguments base.png none.png
 done
 check "adjust alone" exits 2 adjust
+
+check "rotate" exits 0 transform --rotate 90 base.png turned.png
+check "rotate back" exits 0 transform --rotate -90 --quality nearest turned.png back.png
+check "quarter turns lose nothing" same_pixels back.png base.png
+for arguments in "--rotate 30" "--scale 0.3" "--scale 2,0.4 --quality bilinear" "--shear 0.2,0.1" \
+    "--matrix 1,0.1,0,1,5,5" "--matrix 1,0,0.001,0,1,0,0,0,1"; do
+    # shellcheck disable=SC2086
+    check "transform $arguments" exits 0 transform $arguments base.png transformed.png
+    check "transform $arguments: another picture" differ transformed.png base.png
+done
+check "view" exits 0 view --zoom 2.5 --at -3.5,2 --size 50x40 base.png view.png
+check "view: its size" exits 0 info view.png
+check "view: its size" printed '50 x 40 pixels'
+for arguments in "transform" "transform --rotate" "transform --rotate x" "transform --scale 0" \
+    "transform --scale 1,2,3" "transform --rotate 1 --scale 2" "transform --matrix 1,2,3,4,5,6,7" \
+    "transform --rotate 1 --quality best" "transform --shear nan,1" "view --zoom 0" \
+    "view --at 1" "view --size 0x5"; do
+    # shellcheck disable=SC2086
+    check "$arguments" exits 2 $arguments base.png none.png
+done
+check "a result beyond all sizes" exits 1 transform --scale 1e6 base.png none.png
 check "histogram" exits 0 histogram base.png histogram.png
 check "histogram prints four lines" [ "$(wc -l <stdout)" = 4 ]
 check "histogram prints thresholds" printed '^luminance *[0-9]* \.\. [0-9]*$'

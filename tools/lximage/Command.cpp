@@ -14,6 +14,8 @@ const std::vector<Command>& Commands() {
         {"draw", "[options] IN OUT", "Draw a path, text or a picture", RunDraw},
         {"fill", "[options] IN OUT", "Fill what is connected and of one colour", RunFill},
         {"select", "[options] IN OUT", "Make a mask of what has one colour", RunSelect},
+        {"transform", "[options] IN OUT", "Turn, scale, shear", RunTransform},
+        {"view", "[options] IN OUT", "Show a part at a zoom", RunView},
         {"histogram", "[options] FILE [OUT]", "Count levels and draw the counts", RunHistogram},
         {"profile", "[options] IN OUT", "Assign a colour profile or convert to it", RunProfile},
         {"inpaint", "[options] IN OUT", "Fill scratches and dust from their rims", RunInpaint},

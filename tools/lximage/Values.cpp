@@ -3,8 +3,10 @@
 #include "Failure.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QStringList>
 
 #include <algorithm>
+#include <cmath>
 
 QSize ParseSize(const QString& text, int longest) {
     static const QRegularExpression pattern(
@@ -33,6 +35,21 @@ QRect ParseRect(const QString& text) {
     if (!match.hasMatch())
         throw UsageError{QStringLiteral("'%1' is no rectangle; write 10,25,300x200").arg(text)};
     return QRect(ParsePoint(match.captured(1)), ParseSize(match.captured(2), 100000000));
+}
+
+QVector<double> ParseNumbers(const QString& text, const QString& what, int fewest, int most) {
+    const QStringList parts = text.split(QLatin1Char(','));
+    QVector<double> values;
+    for (const QString& part : parts) {
+        bool isNumber = false;
+        values.append(part.toDouble(&isNumber));
+        if (!isNumber || !std::isfinite(values.last()))
+            throw UsageError{
+                QStringLiteral("'%1' is no %2: '%3' is no number").arg(text, what, part)};
+    }
+    if (values.size() < fewest || values.size() > most)
+        throw UsageError{QStringLiteral("'%1' is no %2: wrong count of numbers").arg(text, what)};
+    return values;
 }
 
 double ParseNumber(const QString& text, const QString& what, double low, double high) {

@@ -5,6 +5,7 @@
 #include <QtCore/QSize>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 #include <QtGui/QColor>
 
 /// Values in the forms in which options take them. What cannot be read throws UsageError.
@@ -17,6 +18,9 @@ QPoint ParsePoint(const QString& text);
 
 /// "-10,25,300x200": the top left corner and the size.
 QRect ParseRect(const QString& text);
+
+/// Numbers separated by commas, from `fewest` to `most` of them; `what` says what they are.
+QVector<double> ParseNumbers(const QString& text, const QString& what, int fewest, int most);
 
 /// A number from `low` to `high`; `what` says in the message what it is.
 double ParseNumber(const QString& text, const QString& what, double low, double high);

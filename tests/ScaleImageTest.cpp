@@ -1,0 +1,236 @@
+#include "LXColorTransformBase.h"
+#include "LXScaleImage.h"
+#include "support/LogCapture.h"
+#include "support/Pictures.h"
+#include "support/ReferenceGeometry.h"
+#include "support/TestPool.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <stdexcept>
+
+namespace {
+
+using Image = LXImageRGBA32i;
+
+/// Inverts blue and counts its calls.
+class Counting : public LXColorTransformBase {
+public:
+    using LXColorTransformBase::operator();
+    using LXColorTransformBase::Invert;
+    void operator()(LXRGBA32i& pixel) const override {
+        ++calls;
+        pixel.blue = std::uint8_t(255 - pixel.blue);
+    }
+    void operator()(void*, unsigned int) const override {}
+    void Invert(void*, unsigned int) const override {}
+    mutable int calls = 0;
+};
+
+class Throwing : public Counting {
+public:
+    using Counting::operator();
+    void operator()(LXRGBA32i&) const override { throw std::runtime_error("no"); }
+};
+
+/// Each pixel is another.
+QImage Patterned(int width, int height) {
+    QImage view(width, height, QImage::Format_ARGB32);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            view.setPixel(x, y, 0x80000000U + unsigned(y * width + x));
+    return view;
+}
+
+testing::AssertionResult SameViews(const QImage& a, const QImage& b) {
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (a.pixel(x, y) != b.pixel(x, y))
+                return testing::AssertionFailure()
+                       << "pixel (" << x << ", " << y << "): " << std::hex << a.pixel(x, y)
+                       << " and " << b.pixel(x, y);
+    return testing::AssertionSuccess();
+}
+
+/// How many runs of one source pixel the line has.
+int DistinctOf(const std::vector<int>& line) {
+    int count = 0;
+    for (std::size_t i = 0; i < line.size(); ++i)
+        count += line[i] >= 0 && (i == 0 || line[i] != line[i - 1]);
+    return count;
+}
+
+/// Compares both forms with the plain walks.
+void CheckViews(const Image& source, const QPointF& origin, double scale, const QSize& size) {
+    SCOPED_TRACE(testing::Message() << "origin " << origin.x() << ", " << origin.y() << " zoom "
+                                    << scale << " view " << size.width() << " x " << size.height());
+    const int width = int(source.GetWidth()), height = int(source.GetHeight());
+    QImage view = Patterned(size.width(), size.height()), expected = view;
+    const auto tiles = Reference::FloatTiles(source, origin.x(), scale, size.width());
+    // Rows have no limits but those of the image.
+    Reference::View(
+        Reference::FloatLine(float(origin.y()), scale, height, size.height(), 0, height),
+        Reference::FloatLine(float(origin.x()), scale, width, size.width(), tiles.first,
+                             tiles.second),
+        expected, [&](int x, int y) { return source.GetColor(x, y); });
+    EXPECT_TRUE(ScaleImage(source, origin, scale, view));
+    ASSERT_TRUE(SameViews(view, expected));
+
+    view = Patterned(size.width(), size.height()), expected = view;
+    const auto columns = Reference::IntegerTiles(source, origin.x(), scale, size.width());
+    const auto rowsShown =
+        Reference::IntegerLine(origin.y(), scale, height, size.height(), 0, height);
+    const auto columnsShown = Reference::IntegerLine(origin.x(), scale, width, size.width(),
+                                                     columns.first, columns.second);
+    Reference::View(rowsShown, columnsShown, expected, [&](int x, int y) {
+        // Beyond the image there is the cleared buffer.
+        LXRGBA32i pixel = x < width ? source.GetColor(x, y) : LXRGBA32i{};
+        pixel.blue = std::uint8_t(255 - pixel.blue);
+        return pixel;
+    });
+    const Counting counting;
+    EXPECT_TRUE(ScaleImage(source, origin, scale, view, counting));
+    ASSERT_TRUE(SameViews(view, expected));
+    EXPECT_EQ(counting.calls, DistinctOf(rowsShown) * DistinctOf(columnsShown));
+}
+
+} // namespace
+
+TEST(ScaleImage, ShowsWhatThePlainWalksShow) {
+    const TestPool pool;
+    const Image source = RandomImage(517, 391, 1);
+    RandomPixels random(2);
+    for (const double scale :
+         {0.05, 0.1, 0.25, 0.37, 0.5, 0.77, 1.0, 1.5, 2.0, 3.3, 4.0, 8.0, 32.0})
+        for (int round = 0; round < 24; ++round) {
+            const auto origin = [&](int side) {
+                const int whole = int(random.Below(unsigned(side) * 2)) - side / 2;
+                return round % 3 == 0 ? whole : whole + random.Below(64) / 64.0 + round * 1e-3;
+            };
+            const QPointF place(origin(517), origin(391));
+            CheckViews(source, place, scale,
+                       QSize(1 + int(random.Below(300)), 1 + int(random.Below(200))));
+            if (HasFailure())
+                return;
+        }
+    // The pixel after the last tile column, and the first one beyond the image.
+    const Image whole = RandomImage(256, 128, 3);
+    for (int x = -3; x <= 260; ++x)
+        CheckViews(whole, QPointF(x, 0), 1.0, QSize(128, 2));
+}
+
+TEST(ScaleImage, CropsAtZoomOneAndStopsAtTheImage) {
+    const TestPool pool;
+    const Image source = RandomImage(300, 200, 4);
+    QImage view = Patterned(100, 50);
+    ScaleImage(source, QPointF(130, 20), 1, view);
+    for (int y = 0; y < 50; ++y)
+        for (int x = 0; x < 100; ++x) {
+            const LXRGBA32i pixel = source.GetColor(130 + x, 20 + y);
+            ASSERT_EQ(std::memcmp(view.constScanLine(y) + 4 * x, &pixel, 4), 0) << x << " " << y;
+        }
+    // Beside the image nothing changes; nor does a view of other bytes than 32-bit pixels.
+    view = Patterned(40, 30);
+    ScaleImage(source, QPointF(-10, -10), 1, view);
+    EXPECT_EQ(view.pixel(39, 8), Patterned(40, 30).pixel(39, 8));
+    EXPECT_EQ(view.pixel(8, 29), Patterned(40, 30).pixel(8, 29));
+    QImage bytes(40, 30, QImage::Format_Grayscale8), none;
+    bytes.fill(7);
+    EXPECT_TRUE(ScaleImage(source, QPointF(), 1, bytes));
+    EXPECT_EQ(bytes.constScanLine(0)[0], 7);
+    EXPECT_TRUE(ScaleImage(source, QPointF(), 1, none));
+    EXPECT_TRUE(ScaleImage(Image(0, 10), QPointF(), 1, view));
+}
+
+TEST(ScaleImage, SurvivesSenselessPlaces) {
+    const TestPool pool;
+    const Image source = RandomImage(200, 150, 5);
+    const Counting counting;
+    const double inf = std::numeric_limits<double>::infinity();
+    const double values[] = {0, -1, 1e-300, 1e-9, 1e9, 1e300, inf, -inf, std::nan("")};
+    for (const double scale : values) {
+        QImage view = Patterned(20, 20);
+        EXPECT_TRUE(ScaleImage(source, QPointF(3, 3), scale, view));
+        EXPECT_TRUE(ScaleImage(source, QPointF(3, 3), scale, view, counting));
+    }
+    for (const double x : values)
+        for (const double zoom : {0.1, 1.0, 7.0}) {
+            QImage view = Patterned(20, 20);
+            EXPECT_TRUE(ScaleImage(source, QPointF(x, 3), zoom, view));
+            EXPECT_TRUE(ScaleImage(source, QPointF(3, -x), zoom, view));
+            EXPECT_TRUE(ScaleImage(source, QPointF(x, x), zoom, view, counting));
+        }
+    Image missing(300, 100);
+    missing.GetTileRow(0)[1] = nullptr;
+    QImage view = Patterned(300, 100);
+    EXPECT_TRUE(ScaleImage(missing, QPointF(), 1, view));
+    EXPECT_TRUE(ScaleImage(missing, QPointF(), 1, view, counting));
+    const LogCapture log;
+    EXPECT_THROW(ScaleImage(source, QPointF(), 1, view, Throwing()), std::runtime_error);
+    ASSERT_EQ(LogCapture::Lines().size(), 1);
+    EXPECT_TRUE(LogCapture::Lines()[0].contains(QStringLiteral("src/LXImage.cpp")));
+}
+
+TEST(ScaleLine, StretchesByIntegers) {
+    RandomPixels random(6);
+    std::vector<LXRGBA32i> source(100);
+    for (LXRGBA32i& pixel : source)
+        pixel = random.Pixel();
+    for (int from = 0; from <= 60; ++from)
+        for (int to = 1; to <= 60; ++to) {
+            std::vector<LXRGBA32i> target(std::size_t(to) + 1, LXRGBA32i{9, 9, 9, 9});
+            ScaleLine(source.data(), target.data(), from, to);
+            for (int i = 0; i < to; ++i)
+                ASSERT_EQ(target[std::size_t(i)], source[std::size_t(i * from / to)])
+                    << from << " " << to;
+            ASSERT_EQ(target.back(), (LXRGBA32i{9, 9, 9, 9}));
+        }
+    ScaleLine(source.data(), nullptr, 5, -1);
+}
+
+TEST(ScaleLine, WalksByFloats) {
+    RandomPixels random(7);
+    std::vector<LXRGBA32i> source(384);
+    for (LXRGBA32i& pixel : source)
+        pixel = random.Pixel();
+    for (int round = 0; round < 2000; ++round) {
+        const double scale = std::pow(2.0, random.Below(1000) / 100.0 - 5);
+        const float start = float(random.Below(6000)) / 10 - 250;
+        const int length = 1 + int(random.Below(384));
+        const int first = int(random.Below(3)), last = first + int(random.Below(3));
+        std::vector<LXRGBA32i> target(200), expected(200);
+        scaleLineNew(source.data() + 128 * first, target.data(), start, scale, length, 200, first,
+                     last);
+        const auto shown = Reference::FloatLine(start, scale, length, 200, first, last);
+        for (std::size_t i = 0; i < shown.size(); ++i)
+            if (shown[i] >= 0)
+                expected[i] = source[std::size_t(shown[i])];
+        ASSERT_EQ(target, expected) << "round " << round;
+        if (start >= 0 || start != float(int(start))) { // else the starts of the two differ
+            std::vector<LXRGBA32i> whole(200);
+            ScaleLine(source.data(), whole.data(), start, scale, length, 200);
+            scaleLineNew(source.data(), target.data(), start, scale, length, 200, 0, 3);
+            const auto all = Reference::FloatLine(start, scale, length, 200, 0, 3);
+            for (std::size_t i = 0; i < all.size(); ++i)
+                ASSERT_EQ(whole[i], all[i] < 0 ? LXRGBA32i{} : source[std::size_t(all[i])])
+                    << "round " << round;
+        }
+    }
+    // A whole negative start is one pixel further on here, and there not.
+    LXRGBA32i row[4] = {};
+    ScaleLine(source.data(), row, -2.0F, 1.0, 10, 4);
+    EXPECT_EQ(row[1], source[0]);
+    LXRGBA32i other[4] = {};
+    scaleLineNew(source.data(), other, -2.0F, 1.0, 10, 4, 0, 0);
+    EXPECT_EQ(other[1], LXRGBA32i{});
+    EXPECT_EQ(other[2], source[0]);
+}
+
+TEST(AdjustValue, AddsHalfAStepToACount) {
+    EXPECT_EQ(AdjustValue(0.4, 4), 0.25 * 1); // 1.6 + 0.125
+    EXPECT_EQ(AdjustValue(0.5, 4), 0.5);      // 2 + 0.125
+    EXPECT_EQ(AdjustValue(-0.5, 4), -0.5);    // -2 - 0.125
+    EXPECT_EQ(AdjustValue(0.5, 0.25), 4 * 2); // 0.125 + 2
+    EXPECT_EQ(AdjustValue(-0.5, 0.25), -8);
+}
