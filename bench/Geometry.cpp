@@ -148,11 +148,11 @@ BENCHMARK(ViewOf400MP);
 using Pairs::Measure;
 const int Lines[] = {
     Pairs::Add(
-        {"rotate, plain nearest / QPainter", "RotatePlain", "PainterRotate", Measure::Rate, 1.0}),
+        {"rotate, plain nearest / QPainter", "RotatePlain", "PainterRotate", Measure::Rate, 0.5}),
     Pairs::Add(
         {"rotate, nearest / QPainter", "RotateNearest", "PainterRotate", Measure::Rate, 1.0}),
     Pairs::Add(
-        {"rotate, bilinear / OpenCV", "RotateBilinear", "OpenCVRotateLinear", Measure::Rate, 1.0}),
+        {"rotate, bilinear / OpenCV", "RotateBilinear", "OpenCVRotateLinear", Measure::Rate, 0.5}),
     Pairs::Add(
         {"rotate, bicubic / OpenCV", "RotateBicubic", "OpenCVRotateCubic", Measure::Rate, 1.0}),
     Pairs::Add({"view at 0.37 / QPainter", "View037", "PainterView037", Measure::Rate, 1.0}),

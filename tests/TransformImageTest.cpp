@@ -2,6 +2,7 @@
 #include "LXImageTransformation.h"
 #include "LXTransformImage.h"
 #include "LXTransformImagePixel.h"
+#include "geometry/Interpolation.h"
 #include "support/ExhaustionSweep.h"
 #include "support/Pictures.h"
 #include "support/ReferenceGeometry.h"
@@ -9,7 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <limits>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -172,6 +175,27 @@ TEST(ImageTransformation, InterpolatesByAPlainCubic) {
     LXRGBA32i p[4] = {{1, 1, 1, 1}, {2, 2, 2, 2}, {9, 9, 9, 9}, {3, 3, 3, 3}};
     EXPECT_EQ(cubic.CubicInterpolate(p, 1e30), Reference::Cubic(p, 1e30));
     EXPECT_EQ(cubic.CubicInterpolate(p, std::nan("")), LXRGBA32i{});
+}
+
+/// All pairs of levels, at places where fixed point serves, just serves, and does not.
+TEST(ImageTransformation, InterpolatesBetweenAllPairsOfLevels) {
+    std::vector<double> places = {0,     0.25,          0.5,         1.0 / 3,      0.5 + 1e-9,
+                                  -0.25, 0.5 + 1e-13,   0.5 - 1e-13, 1 - 1e-15,    -0.5 + 1e-12,
+                                  -0.5,  1.0 / 4194304, 1.0 / 8e6,   1 - 1.0 / 8e6};
+    RandomPixels random(17);
+    for (int i = 0; i < 30; ++i)
+        places.push_back(random.Below(1 << 30) / double(1 << 30) * 1.5 - 0.5);
+    for (const double t : places)
+        for (int a = 0; a < 256; ++a)
+            for (int b = 0; b < 256; b += 4) {
+                const auto byte = [](int level) { return std::uint8_t(level); };
+                const LXRGBA32i pair[2] = {{byte(a), byte(a), byte(a), byte(a)},
+                                           {byte(b), byte(b + 1), byte(b + 2), byte(b + 3)}};
+                LXRGBA32i result;
+                LXRows::LinearAlong(pair, &t, &result, 1);
+                ASSERT_EQ(result, Reference::Line(pair[0], pair[1], t))
+                    << a << " " << b << " " << t;
+            }
 }
 
 TEST(ImageTransformation, ObjectsGiveOnePixelAsTheyGiveRuns) {

@@ -3,6 +3,7 @@
 #include "core/Clones.h"
 #include "core/conversion/PixelWords.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace {
@@ -40,6 +41,56 @@ LX_CLONED void LinearRow(const LXRGBA32i* in, const double* t, LXRGBA32i* out, u
     }
 }
 
+// The same in fixed point, which is twice as fast and nearly always enough: t is cut to 22 fraction
+// bits, so that the sum is off by less than 255 units, the rounding of the doubles included. Where
+// the two ends of that range truncate to one level, the doubles do so too; a t that needs no more
+// bits has no range. The sum takes 31 bits and the sign.
+
+constexpr int FractionBits = 22;
+
+struct FixedFraction {
+    int value;
+    int slack;
+};
+
+inline FixedFraction FixedOf(double t) {
+    const double scaled = t * (1 << FractionBits);
+    const int value = static_cast<int>(scaled);
+    return {value, value == scaled ? 0 : 256};
+}
+
+/// Gathers in `differing` the bits in which the ends of a range differ.
+inline std::uint32_t FixedChannel(std::uint32_t a, std::uint32_t b, FixedFraction t, int index,
+                                  int& differing) {
+    const int from = Byte(a, index), to = Byte(b, index);
+    const int sum = (to - from) * t.value + ((from << FractionBits) + (1 << (FractionBits - 1)));
+    const int least = (sum - t.slack) >> FractionBits, most = (sum + t.slack) >> FractionBits;
+    differing |= least ^ most;
+    const int limited = std::min(std::max(least, 0), 255);
+    return static_cast<std::uint32_t>(limited) << (8 * index);
+}
+
+/// False if there is a level that the fixed point leaves open.
+template <std::size_t Step, std::size_t Distance>
+LX_CLONED bool FixedLinearRow(const LXRGBA32i* in, const double* t, LXRGBA32i* out,
+                              unsigned int count) {
+    int differing = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint32_t a = WordOf(in[Step * i]), b = WordOf(in[Step * i + Distance]);
+        const FixedFraction fixed = FixedOf(t[i]);
+        out[i] = PixelOf<LXRGBA32i>(
+            FixedChannel(a, b, fixed, 0, differing) | FixedChannel(a, b, fixed, 1, differing) |
+            FixedChannel(a, b, fixed, 2, differing) | FixedChannel(a, b, fixed, 3, differing));
+    }
+    return differing == 0;
+}
+
+template <std::size_t Step, std::size_t Distance>
+void Linear(const LXRGBA32i* in, const double* t, LXRGBA32i* out, unsigned int count) {
+    if (!FixedLinearRow<Step, Distance>(in, t, out, count))
+        LinearRow<Step, Distance>(in, t, out, count);
+}
+
 template <std::size_t Step, std::size_t Distance>
 LX_CLONED void CubicRow(const LXRGBA32i* in, const double* t, LXRGBA32i* out, unsigned int count) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -56,7 +107,7 @@ LX_CLONED void CubicRow(const LXRGBA32i* in, const double* t, LXRGBA32i* out, un
 
 void LXRows::LinearAlong(const LXRGBA32i* pairs, const double* t, LXRGBA32i* out,
                          unsigned int count) {
-    LinearRow<2, 1>(pairs, t, out, count);
+    Linear<2, 1>(pairs, t, out, count);
 }
 
 void LXRows::CubicAlong(const LXRGBA32i* fours, const double* t, LXRGBA32i* out,
@@ -66,7 +117,7 @@ void LXRows::CubicAlong(const LXRGBA32i* fours, const double* t, LXRGBA32i* out,
 
 void LXRows::LinearAcross(const LXRGBA32i* rows, const double* t, LXRGBA32i* out,
                           unsigned int count) {
-    LinearRow<1, RunLength>(rows, t, out, count);
+    Linear<1, RunLength>(rows, t, out, count);
 }
 
 void LXRows::CubicAcross(const LXRGBA32i* rows, const double* t, LXRGBA32i* out,

@@ -4,9 +4,9 @@
 #include "LXBlurAccumulator.h"
 #include "LXTileWalk.h"
 #include "LXTransformImagePixel.h"
-#include "core/Prefetch.h"
 #include "core/Snapshot.h"
 #include "core/Truncate.h"
+#include "geometry/SourceTiles.h"
 
 #include <optional>
 
@@ -33,25 +33,12 @@ std::optional<Task> Prepare(const Image& source, const QTransform& transform,
     return Task{inverse, mapped.isEmpty() ? QRect() : mapped & LXImageRect(destination)};
 }
 
-/// Asks the memory for what a tile of the destination comes from: lines that lie at a slant are not
-/// foreseen by the processor. Not if that is much more than the tile itself.
-void Prefetch(const Image& source, const QRectF& place) {
-    constexpr double most = 4.0 * Image::Block::PixelCount;
-    if (!(place.width() * place.height() <= most))
-        return;
-    LXForTiles<Image>(place.toAlignedRect() & LXImageRect(source), [&](const LXTileSpan& span) {
-        const LXTileReader tile(source.GetTileRow(span.row)[span.column]);
-        for (int y = span.local.top(); tile.Pixels() && y <= span.local.bottom(); ++y)
-            PrefetchRow(tile.Row(unsigned(y)) + span.local.left(), span.local.width());
-    });
-}
-
 template <class Sampling>
 void Sample(const Image& source, const Task& task, Image& destination) {
     const Sampling sampling(source, task.inverse);
     LXForTiles<Image>(task.area, [&](const LXTileSpan& span) {
         const QRect part(span.position, span.local.size());
-        Prefetch(source, task.inverse.mapRect(QRectF(part)));
+        LXPrefetch(source, task.inverse.mapRect(QRectF(part)));
         LXTransformImagePixel<Image, Sampling>()(destination, part, sampling);
     });
 }

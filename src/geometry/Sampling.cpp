@@ -3,6 +3,7 @@
 #include "core/Truncate.h"
 #include "geometry/Interpolation.h"
 #include "geometry/PositionRows.h"
+#include "geometry/SourceTiles.h"
 
 #include <algorithm>
 #include <cstring>
@@ -47,11 +48,11 @@ public:
     /// of Side rows, which are `stride` apart.
     void Read(const Pixels& places, unsigned int first, unsigned int last, LXRGBA32i* rows,
               int stride) {
-        Window window{};
+        LXTileWindow<Image> window;
         for (unsigned int i = first; i < last; ++i, rows += Side) {
             const int left = places.column[i] - Before, top = places.row[i] - Before;
             if (!window.Holds(left, top))
-                Move(window, left, top);
+                window.Move<Side>(m_source, SizeOf(m_source), m_tile, left, top);
             if (window.Holds(left, top)) {
                 Copy(window.At(left, top), rows, stride);
             } else {
@@ -65,35 +66,6 @@ private:
     static constexpr int Before = (Side - 1) / 2;
     static constexpr int TileSide = int(Image::TileWidth);
     static_assert(Image::TileWidth == Image::TileHeight);
-
-    /// The part of an open tile in which a neighbourhood may begin, to lie in tile and image.
-    struct Window {
-        const LXRGBA32i* pixels;
-        int left, top;              ///< of the tile
-        unsigned int columns, rows; ///< 0 if there is none
-
-        bool Holds(int x, int y) const {
-            return static_cast<unsigned int>(x - left) < columns &&
-                   static_cast<unsigned int>(y - top) < rows;
-        }
-        const LXRGBA32i* At(int x, int y) const {
-            return pixels + (y - top) * TileSide + (x - left);
-        }
-    };
-
-    /// To the tile that has (x, y), if there is one.
-    void Move(Window& window, int x, int y) {
-        if (x < 0 || y < 0)
-            return;
-        const int left = x / TileSide * TileSide, top = y / TileSide * TileSide;
-        const LXRGBA32i* const pixels =
-            m_tile.Pixels(m_source, unsigned(left / TileSide), unsigned(top / TileSide));
-        const auto starts = [](unsigned int length, int from) {
-            return unsigned(std::max(std::min(int(length) - from, TileSide) - Side + 1, 0));
-        };
-        window = {pixels, left, top, pixels ? starts(m_source.GetWidth(), left) : 0,
-                  starts(m_source.GetHeight(), top)};
-    }
 
     static void Copy(const LXRGBA32i* from, LXRGBA32i* rows, int stride) {
         for (int y = 0; y < Side; ++y)

@@ -1,10 +1,9 @@
 #include "geometry/TransformImage.h"
 
-#include "LXTileAccess.h"
-#include "LXTileWalk.h"
 #include "core/Snapshot.h"
 #include "core/conversion/Rows.h"
 #include "geometry/PositionRows.h"
+#include "geometry/SourceTiles.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,7 +21,8 @@ public:
 
     Sampler(const Image& source, const QTransform& inverse, const QRect& rect, MissingTile missing)
         : m_source(source), m_inverse(inverse), m_rect(rect.isValid() ? rect : LXImageRect(source)),
-          m_missing(missing) {}
+          m_missing(missing), m_grid(int(source.GetTilesX() * Image::TileWidth),
+                                     int(source.GetTilesY() * Image::TileHeight)) {}
 
     /// Calls `put(i, pixel)` for each pixel i of a run of at most LXRows::RunLength from (x, y) on
     /// for which there is one. False if a missing tile ends the walk.
@@ -32,31 +32,30 @@ public:
         LXRows::Pixels places;
         LXRows::Map(m_inverse, x, y, count, positions);
         LXRows::Truncate(positions, count, m_rect, places);
+        LXTileWindow<Image> window;
         for (unsigned int i = 0; i < count; ++i) {
-            if (places.column[i] == LXRows::Pixels::Outside)
+            const int column = places.column[i], row = places.row[i];
+            if (column == LXRows::Pixels::Outside)
                 continue;
-            if (const Pixel* const pixel = At(places.column[i], places.row[i]))
-                put(i, *pixel);
+            if (!window.Holds(column, row))
+                window.template Move<1>(m_source, m_grid, m_tile, column, row);
+            if (window.Holds(column, row))
+                put(i, *window.At(column, row));
             else if (m_missing == MissingTile::Ends)
                 return false;
         }
         return true;
     }
 
-private:
-    const Pixel* At(int x, int y) {
-        // Negative ones are beyond the grid, as unsigned numbers.
-        const auto column = static_cast<unsigned int>(x), row = static_cast<unsigned int>(y);
-        const Pixel* const tile =
-            m_tile.Pixels(m_source, column / Image::TileWidth, row / Image::TileHeight);
-        return tile ? tile + row % Image::TileHeight * Image::TileWidth + column % Image::TileWidth
-                    : nullptr;
-    }
+    /// Before the runs of a part of the destination.
+    void Prepare(const QRect& part) const { LXPrefetch(m_source, m_inverse.mapRect(QRectF(part))); }
 
+private:
     const Image& m_source;
     QTransform m_inverse;
     QRect m_rect;
     MissingTile m_missing;
+    QSize m_grid; ///< with the padding of edge tiles
     LXHeldTile<Image> m_tile;
 };
 
@@ -74,6 +73,7 @@ bool ToTiles(const Image& source, const QTransform& transform, Image& destinatio
     LXForTiles<Image>(LXImageRect(destination), [&](const LXTileSpan& span) {
         if (!goesOn)
             return;
+        sampler.Prepare(QRect(span.position, span.local.size()));
         const LXTileWriter tile(destination.GetTileRow(span.row)[span.column]);
         for (int y = 0; goesOn && tile.Pixels() && y < span.local.height(); ++y) {
             auto* const row = tile.Row(unsigned(y));
