@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <iomanip>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -201,13 +202,13 @@ TEST(ImageTransformation, InterpolatesBetweenAllPairsOfLevels) {
 TEST(ImageTransformation, ObjectsGiveOnePixelAsTheyGiveRuns) {
     const TestPool pool;
     const Image source = RandomImage(300, 200, 8);
-    QTransform inverse;
-    inverse.translate(20, -30);
-    inverse.rotate(20);
-    const auto check = [&](const auto& sampling, auto reference) {
+    QTransform turn;
+    turn.translate(20, -30);
+    turn.rotate(20);
+    const auto check = [&](const auto& sampling, const QTransform& inverse, auto reference) {
         const auto copy = sampling;
         std::array<LXRGBA32i, 300> run;
-        for (int y = -5; y < 150; y += 31) {
+        for (const int y : {-5, 0, 1, 2, 3, 40, 125, 126}) {
             run.fill({1, 2, 3, 4});
             sampling.TransformRun(-10, y, run.data(), 300);
             for (int i = 0; i < 300; ++i) {
@@ -219,9 +220,17 @@ TEST(ImageTransformation, ObjectsGiveOnePixelAsTheyGiveRuns) {
             }
         }
     };
-    check(LXNearestNeighbourTransformation(source, inverse), Reference::Nearest);
-    check(LXBilinearTransformation(source, inverse), Reference::Bilinear);
-    check(LXBicubicTransformation(source, inverse), Reference::Bicubic);
+    std::vector<QTransform> inverses = {turn};
+    // Rounding noise before the next pixel, or before the first, is taken for that pixel.
+    for (const double shift : {0.5, 1.0, -0.5, -1.0})
+        for (const double noise : {-3e-16, -2.2e-16, -1.1e-16, 1.1e-16, 1e-9})
+            inverses.push_back(QTransform::fromTranslate(shift + noise, shift + noise));
+    for (const QTransform& inverse : inverses) {
+        SCOPED_TRACE(testing::Message() << std::setprecision(17) << "shift " << inverse.dx());
+        check(LXNearestNeighbourTransformation(source, inverse), inverse, Reference::Nearest);
+        check(LXBilinearTransformation(source, inverse), inverse, Reference::Bilinear);
+        check(LXBicubicTransformation(source, inverse), inverse, Reference::Bicubic);
+    }
 }
 
 TEST(ImageTransformation, RefusesAndPassesOverWhatItMust) {
