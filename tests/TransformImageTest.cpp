@@ -79,6 +79,30 @@ QRect RandomPart(RandomPixels& random, int width, int height) {
 
 } // namespace
 
+TEST(ImageTransformation, MapsRowsAsQtMapsPoints) {
+    RandomPixels random(18);
+    unsigned int types = 0;
+    for (int round = 0; round < 6000; ++round) {
+        QTransform transform = RandomTransform(random, round % 6);
+        if (round % 5 == 0) // what is too small to count for the type does not count at all
+            transform = QTransform(transform.m11() + 1e-13, transform.m12(), transform.m13(),
+                                   transform.m21(), transform.m22(), transform.m23() + 1e-14,
+                                   transform.m31() + 1e-13, transform.m32(), transform.m33());
+        types |= transform.type();
+        const int x = int(random.Below(40000)) - 20000, y = int(random.Below(40000)) - 20000;
+        const unsigned int count = 1 + random.Below(LXRows::RunLength);
+        LXRows::Positions places;
+        LXRows::Map(transform, x, y, count, places);
+        for (unsigned int i = 0; i < count; ++i) {
+            double expectedX, expectedY;
+            transform.map(x + int(i) + 0.5, y + 0.5, &expectedX, &expectedY);
+            ASSERT_EQ(places.x[i], expectedX) << "round " << round << " pixel " << i;
+            ASSERT_EQ(places.y[i], expectedY) << "round " << round << " pixel " << i;
+        }
+    }
+    EXPECT_EQ(types, 31u) << "a type was left out";
+}
+
 TEST(ImageTransformation, SamplesAsTheFormulasDo) {
     const TestPool pool;
     RandomPixels random(1);
