@@ -19,22 +19,32 @@ QSize SizeOf(const Image& image) {
     return {int(image.GetWidth()), int(image.GetHeight())};
 }
 
-/// Cuts a run into pieces that the rows can hold.
-template <class Sample>
-void ForPieces(int x, LXRGBA32i* pixels, unsigned int count, Sample sample) {
-    for (unsigned int i = 0; i < count; i += RunLength)
-        sample(x + static_cast<int>(i), pixels + i, std::min(count - i, RunLength));
-}
+/// What an object samples, and its open tile.
+struct Origin {
+    const Image& source;
+    const QTransform& inverse;
+    LXHeldTile<Image>& tile;
+};
 
-/// Calls `sample(first, last)` for each piece of the run that comes from inside the source.
+/// Finds the places of a run from (x, y) on, less `shift`, in pieces of RunLength. Calls
+/// `sample(positions, places, first, last, pixels)` for each stretch of a piece, `last` excluded,
+/// that comes from inside the source; `pixels` are those of the piece.
 template <class Sample>
-void ForInside(const Pixels& places, unsigned int count, Sample sample) {
-    for (unsigned int i = 0; i < count; ++i) {
-        const unsigned int first = i;
-        while (i < count && places.column[i] != Pixels::Outside)
-            ++i;
-        if (i > first)
-            sample(first, i);
+void ForPlaces(const Origin& origin, int x, int y, LXRGBA32i* pixels, unsigned int count,
+               double shift, Sample sample) {
+    Positions positions;
+    Pixels places;
+    for (unsigned int from = 0; from < count; from += RunLength) {
+        const unsigned int length = std::min(count - from, RunLength);
+        LXRows::Map(origin.inverse, x + static_cast<int>(from), y, length, positions);
+        LXRows::Locate(positions, length, SizeOf(origin.source), shift, places);
+        for (unsigned int i = 0; i < length; ++i) {
+            const unsigned int first = i;
+            while (i < length && places.column[i] != Pixels::Outside)
+                ++i;
+            if (i > first)
+                sample(positions, places, first, i, pixels + from);
+        }
     }
 }
 
@@ -42,7 +52,7 @@ void ForInside(const Pixels& places, unsigned int count, Sample sample) {
 template <int Side>
 class Neighbourhoods {
 public:
-    Neighbourhoods(const Image& source, LXHeldTile<Image>& tile) : m_source(source), m_tile(tile) {}
+    explicit Neighbourhoods(const Origin& origin) : m_source(origin.source), m_tile(origin.tile) {}
 
     /// Around the places `first` to `last`, `last` excluded: Side pixels for each place go to each
     /// of Side rows, which are `stride` apart.
@@ -91,64 +101,54 @@ private:
     LXHeldTile<Image>& m_tile;
 };
 
-/// Interpolates a piece of a row: `combine(rows, fractions, count, out)` makes pixels of
-/// neighbourhoods of Side x Side, whose rows are Side * RunLength apart.
+/// `combine(rows, fractions, count, out)` makes pixels of neighbourhoods of Side x Side, whose rows
+/// are Side * RunLength apart.
 template <int Side, class Combine>
-void Interpolate(const Image& source, const QTransform& inverse, LXHeldTile<Image>& tile, int x,
-                 int y, LXRGBA32i* pixels, unsigned int count, Combine combine) {
-    Positions positions, fractions;
-    Pixels places;
+void Interpolate(const Origin& origin, int x, int y, LXRGBA32i* pixels, unsigned int count,
+                 Combine combine) {
+    Positions fractions;
     LXRGBA32i rows[Side][Side * RunLength];
-    LXRows::Map(inverse, x, y, count, positions);
-    LXRows::Locate(positions, count, SizeOf(source), 0.5, places);
-    Neighbourhoods<Side> neighbours(source, tile);
-    ForInside(places, count, [&](unsigned int first, unsigned int last) {
-        LXRows::Fractions(positions, places, first, last, fractions);
-        neighbours.Read(places, first, last, rows[0], Side * RunLength);
-        combine(rows, fractions, last - first, pixels + first);
-    });
+    Neighbourhoods<Side> neighbours(origin);
+    ForPlaces(origin, x, y, pixels, count, 0.5,
+              [&](const Positions& positions, const Pixels& places, unsigned int first,
+                  unsigned int last, LXRGBA32i* piece) {
+                  LXRows::Fractions(positions, places, first, last, fractions);
+                  neighbours.Read(places, first, last, rows[0], Side * RunLength);
+                  combine(rows, fractions, last - first, piece + first);
+              });
 }
 
 } // namespace
 
 void LXNearestNeighbourTransformation::TransformRun(int x, int y, LXRGBA32i* pixels,
                                                     unsigned int count) const {
-    ForPieces(x, pixels, count, [&](int left, LXRGBA32i* piece, unsigned int length) {
-        Positions positions;
-        Pixels places;
-        LXRows::Map(m_inverse, left, y, length, positions);
-        LXRows::Locate(positions, length, SizeOf(*m_source), 0, places);
-        Neighbourhoods<1> neighbours(*m_source, m_tile);
-        ForInside(places, length, [&](unsigned int first, unsigned int last) {
-            neighbours.Read(places, first, last, piece + first, 0);
-        });
-    });
+    const Origin origin{*m_source, m_inverse, m_tile};
+    Neighbourhoods<1> neighbours(origin);
+    ForPlaces(origin, x, y, pixels, count, 0,
+              [&](const Positions&, const Pixels& places, unsigned int first, unsigned int last,
+                  LXRGBA32i* piece) { neighbours.Read(places, first, last, piece + first, 0); });
 }
 
 void LXBilinearTransformation::TransformRun(int x, int y, LXRGBA32i* pixels,
                                             unsigned int count) const {
-    const auto combine = [](const auto& rows, const Positions& t, unsigned int n, LXRGBA32i* out) {
-        LXRGBA32i along[2][RunLength];
-        for (int k = 0; k < 2; ++k)
-            LXRows::LinearAlong(rows[k], t.x.data(), along[k], n);
-        LXRows::LinearAcross(along[0], t.y.data(), out, n);
-    };
-    ForPieces(x, pixels, count, [&](int left, LXRGBA32i* piece, unsigned int length) {
-        Interpolate<2>(*m_source, m_inverse, m_tile, left, y, piece, length, combine);
-    });
+    Interpolate<2>({*m_source, m_inverse, m_tile}, x, y, pixels, count,
+                   [](const auto& rows, const Positions& t, unsigned int n, LXRGBA32i* out) {
+                       LXRGBA32i along[2][RunLength];
+                       for (int k = 0; k < 2; ++k)
+                           LXRows::LinearAlong(rows[k], t.x.data(), along[k], n);
+                       LXRows::LinearAcross(along[0], t.y.data(), out, n);
+                   });
 }
 
 void LXBicubicTransformation::TransformRun(int x, int y, LXRGBA32i* pixels,
                                            unsigned int count) const {
-    const auto combine = [](const auto& rows, const Positions& t, unsigned int n, LXRGBA32i* out) {
-        LXRGBA32i along[4][RunLength];
-        for (int k = 0; k < 4; ++k)
-            LXRows::CubicAlong(rows[k], t.x.data(), along[k], n);
-        LXRows::CubicAcross(along[0], t.y.data(), out, n);
-    };
-    ForPieces(x, pixels, count, [&](int left, LXRGBA32i* piece, unsigned int length) {
-        Interpolate<4>(*m_source, m_inverse, m_tile, left, y, piece, length, combine);
-    });
+    Interpolate<4>({*m_source, m_inverse, m_tile}, x, y, pixels, count,
+                   [](const auto& rows, const Positions& t, unsigned int n, LXRGBA32i* out) {
+                       LXRGBA32i along[4][RunLength];
+                       for (int k = 0; k < 4; ++k)
+                           LXRows::CubicAlong(rows[k], t.x.data(), along[k], n);
+                       LXRows::CubicAcross(along[0], t.y.data(), out, n);
+                   });
 }
 
 LXRGBA32i LXBicubicTransformation::CubicInterpolate(LXRGBA32i* pixels, double t) const {

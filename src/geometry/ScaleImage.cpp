@@ -40,7 +40,7 @@ void DrawRows(Walk walk, int sourceHeight, QImage& target, DrawRow draw) {
 
 // ---- without a transform ------------------------------------------------------------------------
 
-/// The view pixels from `first` on that show columns of one tile column.
+/// View pixels that show columns of one tile column.
 struct TileRun {
     unsigned int tile;
     std::size_t first;
@@ -68,29 +68,29 @@ public:
     }
 
     void DrawRow(const LXImageRGBA32i& source, unsigned int y, LXRGBA32i* line) const {
-        const auto* const slots = source.GetTileRow(y / LXImageRGBA32i::TileHeight);
+        const auto* const tiles = source.GetTileRow(y / LXImageRGBA32i::TileHeight);
         const unsigned int row = y % LXImageRGBA32i::TileHeight;
         for (std::size_t k = 0; k < m_runs.size(); ++k) {
             if (k + TilesAhead < m_runs.size()) {
-                const LXTileReader ahead(slots[m_runs[k + TilesAhead].tile]);
+                const LXTileReader ahead(tiles[m_runs[k + TilesAhead].tile]);
                 if (ahead.Pixels())
                     PrefetchRow(ahead.Row(row), LXScaleTile);
             }
-            const TileRun& run = m_runs[k];
-            const LXTileReader tile(slots[run.tile]);
-            const unsigned char* const offsets = m_offsets.data() + run.first;
-            LXRGBA32i* const out = line + m_begin + run.first;
-            if (!tile.Pixels()) {
-                std::fill_n(out, run.count, LXRGBA32i{});
-                continue;
-            }
-            const LXRGBA32i* const pixels = tile.Row(row);
-            for (std::size_t i = 0; i < run.count; ++i)
-                out[i] = pixels[offsets[i]];
+            const LXTileReader tile(tiles[m_runs[k].tile]);
+            DrawRun(m_runs[k], tile.Pixels() ? tile.Row(row) : nullptr, line + m_begin);
         }
     }
 
 private:
+    void DrawRun(const TileRun& run, const LXRGBA32i* pixels, LXRGBA32i* line) const {
+        if (!pixels) {
+            std::fill_n(line + run.first, run.count, LXRGBA32i{});
+            return;
+        }
+        for (std::size_t i = run.first; i < run.first + run.count; ++i)
+            line[i] = pixels[m_offsets[i]];
+    }
+
     void Append(std::size_t viewPixel, int column) {
         const auto tile = unsigned(column / LXScaleTile);
         if (m_offsets.empty())
