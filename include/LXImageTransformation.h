@@ -27,10 +27,10 @@ LIBIMAGE_EXPORT bool NearestNeighbourTransformImage(const LXImageRGBA32i& source
 
 /// Interpolated between 2 x 2 or 4 x 4 pixels.
 ///
-/// Where the bounding box of the whole picture, so to speak, is half as large as the source or less
-/// on either axis, a copy of the source is blurred along each axis that shrinks: by a box of
-/// 2 r + 1 pixels with r = 1 / (2 scale), rounded, once for bilinear and three times for bicubic.
-/// If both axes shrink, the copy is then sampled by its nearest pixels.
+/// Where the bounding box of the transformed source is at most half as wide or half as high as the
+/// source, a copy of the source is first blurred along each axis that shrinks: by a box of 2 r + 1
+/// pixels with r = 1 / (2 scale), rounded, once for bilinear and three times for bicubic. If both
+/// axes shrink, that copy is sampled by its nearest pixels.
 LIBIMAGE_EXPORT bool BilinearTransformImage(const LXImageRGBA32i& source,
                                             const QTransform& transform,
                                             LXImageRGBA32i& destination, const QRect& rect);
