@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <utility>
 #include <vector>
 
 /// Geometry pixel by pixel, straight from the definitions.
@@ -78,32 +79,35 @@ inline Sample Nearest(const Image& source, const QTransform& inverse, int x, int
     return source.GetColor(place.ix, place.iy);
 }
 
-inline Sample Bilinear(const Image& source, const QTransform& inverse, int x, int y) {
+template <class Combine>
+Sample Interpolated(const Image& source, const QTransform& inverse, int x, int y, Combine combine) {
     const Place place(source, inverse, x, y);
     if (!place.isInside)
         return {};
     const int ix = Int(place.sx + Epsilon - 0.5), iy = Int(place.sy + Epsilon - 0.5);
-    const double fx = place.sx - ix - 0.5, fy = place.sy - iy - 0.5;
-    const auto row = [&](int j) {
-        return Line(Clamped(source, ix, iy + j), Clamped(source, ix + 1, iy + j), fx);
-    };
-    return Line(row(0), row(1), fy);
+    return combine(ix, iy, place.sx - ix - 0.5, place.sy - iy - 0.5);
+}
+
+inline Sample Bilinear(const Image& source, const QTransform& inverse, int x, int y) {
+    return Interpolated(source, inverse, x, y, [&](int ix, int iy, double fx, double fy) {
+        const auto row = [&](int j) {
+            return Line(Clamped(source, ix, iy + j), Clamped(source, ix + 1, iy + j), fx);
+        };
+        return Line(row(0), row(1), fy);
+    });
 }
 
 inline Sample Bicubic(const Image& source, const QTransform& inverse, int x, int y) {
-    const Place place(source, inverse, x, y);
-    if (!place.isInside)
-        return {};
-    const int ix = Int(place.sx + Epsilon - 0.5), iy = Int(place.sy + Epsilon - 0.5);
-    const double fx = place.sx - ix - 0.5, fy = place.sy - iy - 0.5;
-    LXRGBA32i rows[4];
-    for (int j = 0; j < 4; ++j) {
-        LXRGBA32i pixels[4];
-        for (int i = 0; i < 4; ++i)
-            pixels[i] = Clamped(source, ix - 1 + i, iy - 1 + j);
-        rows[j] = Cubic(pixels, fx);
-    }
-    return Cubic(rows, fy);
+    return Interpolated(source, inverse, x, y, [&](int ix, int iy, double fx, double fy) {
+        LXRGBA32i rows[4];
+        for (int j = 0; j < 4; ++j) {
+            LXRGBA32i pixels[4];
+            for (int i = 0; i < 4; ++i)
+                pixels[i] = Clamped(source, ix - 1 + i, iy - 1 + j);
+            rows[j] = Cubic(pixels, fx);
+        }
+        return Cubic(rows, fy);
+    });
 }
 
 /// One box blur along rows or columns, by window sums with the border repeated.
