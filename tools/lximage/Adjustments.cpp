@@ -1,6 +1,5 @@
 #include "Adjustments.h"
 
-#include "Failure.h"
 #include "LXChannelTransforms.h"
 #include "LXColorAdjustments.h"
 #include "LXCurvesTransformation.h"
@@ -268,11 +267,4 @@ const std::vector<Adjustment>& Adjustments() {
          ApplyTint},
     };
     return adjustments;
-}
-
-const Adjustment& FindAdjustment(const QString& name) {
-    for (const Adjustment& adjustment : Adjustments())
-        if (name == QLatin1String(adjustment.name))
-            return adjustment;
-    throw UsageError{QStringLiteral("there is no adjustment '%1'").arg(name)};
 }

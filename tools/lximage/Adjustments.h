@@ -1,20 +1,12 @@
 #pragma once
 
 #include "LXImage.h"
-#include "Parameters.h"
-
-#include <vector>
+#include "Operation.h"
 
 /// A colour adjustment as the tool offers it.
-struct Adjustment {
-    const char* name;
-    const char* summary;
-    std::vector<Parameter> parameters;
+struct Adjustment : Operation {
     void (*apply)(LXImageRGBA32i& image, const ParameterValues& values);
 };
 
 /// All of them, by name.
 const std::vector<Adjustment>& Adjustments();
-
-/// The adjustment of that name. Throws UsageError if there is none.
-const Adjustment& FindAdjustment(const QString& name);

@@ -13,6 +13,7 @@ const std::vector<Command>& Commands() {
         {"blur", "[options] IN OUT", "Blur, or convolve with a kernel", RunBlur},
         {"draw", "[options] IN OUT", "Draw a path, text or a picture", RunDraw},
         {"fill", "[options] IN OUT", "Fill what is connected and of one colour", RunFill},
+        {"filter", "NAME [options] IN OUT", "Blur, shade, glow; --list tells how", RunFilter},
         {"select", "[options] IN OUT", "Make a mask of what has one colour", RunSelect},
         {"transform", "[options] IN OUT", "Turn, scale, shear", RunTransform},
         {"view", "[options] IN OUT", "Show a part at a zoom", RunView},

@@ -30,6 +30,7 @@ int RunBlend(const Command& command, const QStringList& arguments);
 int RunConvert(const Command& command, const QStringList& arguments);
 int RunDraw(const Command& command, const QStringList& arguments);
 int RunFill(const Command& command, const QStringList& arguments);
+int RunFilter(const Command& command, const QStringList& arguments);
 int RunHistogram(const Command& command, const QStringList& arguments);
 int RunProfile(const Command& command, const QStringList& arguments);
 int RunInpaint(const Command& command, const QStringList& arguments);

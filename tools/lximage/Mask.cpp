@@ -4,8 +4,15 @@
 #include "LXTransformImageColors.h"
 #include "Picture.h"
 #include "TileShortage.h"
+#include "Walk.h"
 
 namespace {
+
+struct ToGray {
+    void operator()(LXRGBA32i& pixel) const {
+        pixel = {pixel.alpha, pixel.alpha, pixel.alpha, 255};
+    }
+};
 
 bool IsOpaque(const LXImageRGBA32i& image) {
     bool opaque = true;
@@ -18,11 +25,19 @@ bool IsOpaque(const LXImageRGBA32i& image) {
 
 LXImageRGBA32i LoadMask(const QString& path) {
     LXImageRGBA32i mask = LoadPicture(path).pixels;
-    const TileShortage shortage;
-    if (IsOpaque(mask))
-        CreateFromSourceMask(mask, mask);
-    else
-        CreateFromTransparancyMask(mask, mask);
-    shortage.Check();
+    MakeMask(mask);
     return mask;
+}
+
+void MakeMask(LXImageRGBA32i& pixels) {
+    const TileShortage shortage;
+    if (IsOpaque(pixels))
+        CreateFromSourceMask(pixels, pixels);
+    else
+        CreateFromTransparancyMask(pixels, pixels);
+    shortage.Check();
+}
+
+void MakeVisible(LXImageRGBA32i& mask) {
+    Walk(mask, ToGray());
 }

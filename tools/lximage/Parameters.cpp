@@ -17,7 +17,7 @@ double ReadNumber(const Parameter& parameter, const QString& text) {
     bool isNumber = false;
     const double value =
         parameter.kind == ParameterKind::Number ? text.toDouble(&isNumber) : text.toInt(&isNumber);
-    if (!isNumber || !(value >= parameter.low && value <= parameter.high))
+    if (!isNumber || !parameter.Allows(value))
         Refuse(parameter, text);
     return value;
 }
@@ -30,7 +30,7 @@ QVector<int> ReadIntegers(const Parameter& parameter, QString text) {
          text.replace(QLatin1Char('/'), QLatin1Char(',')).split(QLatin1Char(','))) {
         bool isNumber = false;
         const int value = part.toInt(&isNumber);
-        if (!isNumber || value < parameter.low || value > parameter.high)
+        if (!isNumber || !parameter.Allows(value))
             Refuse(parameter, whole);
         integers.append(value);
     }
@@ -82,8 +82,9 @@ QString Parameter::Domain() const {
     return {};
 }
 
-void ParameterValues::Set(const Parameter& parameter, const QString& text) {
+void ParameterValues::Set(const Parameter& parameter, const QString& text, bool given) {
     Value value;
+    value.given = given;
     switch (parameter.kind) {
     case ParameterKind::Integer:
     case ParameterKind::Number:

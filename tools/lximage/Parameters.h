@@ -33,15 +33,19 @@ struct Parameter {
 
     /// What values it takes, as "0 .. 255".
     QString Domain() const;
+    /// Whether a number is from low to high.
+    bool Allows(double value) const { return value >= low && value <= high; }
 };
 
 /// The values of the parameters of an operation. All are checked when they are set; reading one
 /// that is not there, or as another kind, is a mistake of the program.
 class ParameterValues {
 public:
-    /// Throws UsageError if the text is no value of the parameter.
-    void Set(const Parameter& parameter, const QString& text);
+    /// Throws UsageError if the text is no value of the parameter. `given` tells that it is the
+    /// user's, and not a fallback.
+    void Set(const Parameter& parameter, const QString& text, bool given = true);
 
+    bool IsGiven(const char* name) const { return At(name).given; }
     int Integer(const char* name) const { return int(Number(name)); }
     double Number(const char* name) const;
     bool Flag(const char* name) const;
@@ -55,6 +59,7 @@ private:
         double number = 0;
         LXRGBA32i colour{};
         QVector<int> integers;
+        bool given = false;
     };
     const Value& At(const char* name) const;
 
