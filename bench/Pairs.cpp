@@ -28,16 +28,27 @@ double Value(const Pairs::Pair& pair, const Result& ours, const Result& peer) {
         return ours.seconds / peer.seconds;
     case Pairs::Measure::Cost:
         return 1e9 / ours.items;
+    case Pairs::Measure::Milliseconds:
+        return 1e3 * ours.seconds;
     }
     return 0;
+}
+
+bool NeedsPeer(const Pairs::Pair& pair) {
+    return pair.measure == Pairs::Measure::Rate || pair.measure == Pairs::Measure::Time;
+}
+
+const char* Unit(const Pairs::Pair& pair) {
+    if (NeedsPeer(pair))
+        return "x";
+    return pair.measure == Pairs::Measure::Cost ? "ns" : "ms";
 }
 
 void Print(const Pairs::Pair& pair, const Result& ours, const Result& peer) {
     const double value = Value(pair, ours, peer);
     const bool atLeast = pair.measure == Pairs::Measure::Rate;
-    const char* const unit = pair.measure == Pairs::Measure::Cost ? "ns" : "x";
     std::printf("%-52s %8.0f %8.0f %9.2f %-2s", pair.title.c_str(), ours.items / 1e6,
-                peer.items / 1e6, value, unit);
+                peer.items / 1e6, value, Unit(pair));
     if (pair.target > 0) {
         const bool met = atLeast ? value >= pair.target : value <= pair.target;
         std::printf("  %s %5.2f  %s", atLeast ? ">=" : "<=", pair.target, met ? "met" : "MISSED");
@@ -68,7 +79,7 @@ void Pairs::Reporter::PrintTable() const {
     std::printf("\n%-52s %8s %8s %9s\n", "", "ours M/s", "peer M/s", "result");
     for (const Pair& pair : Table()) {
         const auto ours = Medians().find(pair.ours), peer = Medians().find(pair.peer);
-        if (ours == Medians().end() || (peer == Medians().end() && pair.measure != Measure::Cost))
+        if (ours == Medians().end() || (peer == Medians().end() && NeedsPeer(pair)))
             continue;
         Print(pair, ours->second, peer == Medians().end() ? Result{} : peer->second);
     }

@@ -10,9 +10,10 @@
 namespace Pairs {
 
 enum class Measure {
-    Rate, ///< items per second of ours over those of the peer; at least the target
-    Time, ///< time of ours over that of the peer; at most the target
-    Cost  ///< nanoseconds an item of ours; at most the target, without a peer
+    Rate,        ///< items per second of ours over those of the peer; at least the target
+    Time,        ///< time of ours over that of the peer; at most the target
+    Cost,        ///< nanoseconds an item of ours; at most the target, without a peer
+    Milliseconds ///< of one iteration of ours; at most the target, without a peer
 };
 
 struct Pair {

@@ -59,7 +59,7 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in adjust blend blur convert draw fill histogram info inpaint profile scene select white-balance; do
+for command in adjust blend blur convert draw fill filter histogram info inpaint profile scene select white-balance; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
 for command in blend blur convert draw fill histogram info inpaint profile scene select white-balance; do
@@ -582,6 +582,86 @@ for arguments in "fill" "fill --seed 5" "fill --seed 1,1 --tolerance 256" "fill 
 done
 check "no output of what failed" absent none.png
 
+# --- filter ----------------------------------------------------------------------------------------
+
+check "filter --list" exits 0 filter --list
+names=$(grep -o '^[a-z-]*' stdout)
+check "filter --list names eleven" [ "$(wc -w <<<"$names")" -eq 11 ]
+for name in $names; do
+    check "filter $name --help" exits 0 filter "$name" --help
+    check "filter $name" exits 0 filter "$name" base.png "filtered-$name.png"
+    check "filter $name --save-params" exits 0 filter "$name" --save-params "$name.params"
+done
+filtered() { # options: the picture differs from base.png
+    exits 0 filter "$@" base.png filtered.png && ! same_pixels filtered.png base.png
+}
+check "vignette" filtered vignette --size 20
+check "smoothen" filtered smoothen --amount 255
+check "sharpen" filtered sharpen --amount 900
+check "high pass" filtered high-pass --radius 3
+check "diffuse glow" filtered diffuse-glow --threshold 80
+check "noise" filtered add-noise
+check "inner shadow" filtered inner-shadow --compose --distance 5,5
+for neutral in "vignette --strength 0" "smoothen --amount 0" "sharpen --amount 0" \
+    "diffuse-glow --opacity 0" "add-noise --amount 0"; do
+    # shellcheck disable=SC2086
+    check "filter $neutral" exits 0 filter $neutral base.png same.png
+    check "filter $neutral changes nothing" same_pixels same.png base.png
+done
+check "a blur that grows" exits 0 filter box-blur --radius 7 --grow base.png grown.png
+check "it tells the offset" printed "^offset -7,-7$"
+"$tool" info grown.png >stdout
+check "it has grown" printed "214 x 174 pixels"
+check "a blur through a mask" filtered gaussian-blur --selection mask.png --at=-10,70
+"$tool" filter box-blur --radius 9 base.png whole.png
+check "a blur through a mask is not that of all" differ filtered.png whole.png
+check "a shadow below" exits 0 filter drop-shadow --compose --radius 4 --distance 10,-20 \
+    opaque.bmp dropped.png
+check "a shadow below: offset" printed "^offset 0,-24$"
+"$tool" info dropped.png >stdout
+check "a shadow below: size" printed "114 x 104 pixels"
+printf 'P5\n3 1\n255\n\0\377\0' >dot.pgm
+check "a mask grows" exits 0 filter refine-selection --shift 1 dot.pgm white.ppm
+check "a mask grows: pixels" [ "$(tail -c 9 white.ppm | od -An -v -tx1)" = " ff ff ff ff ff ff ff ff ff" ]
+check "a mask grows on a canvas" exits 0 filter refine-selection --shift 1 --at 4,6 --canvas 20,20 \
+    dot.pgm white.ppm
+check "a mask grows on a canvas: offset" printed "^offset 3,5$"
+
+"$tool" filter vignette --size 30 --color '#204060' --shape linear --save-params set.params \
+    base.png one.png
+check "parameters from a file" exits 0 filter vignette --load-params set.params base.png two.png
+check "they give the same" cmp -s one.png two.png
+check "an option wins" exits 0 filter vignette --load-params set.params --size 25 \
+    --save-params other.params base.png two.png
+check "an option wins: pixels" differ one.png two.png
+check "the others stay" exits 0 filter vignette --load-params other.params --size 30 base.png two.png
+check "the others stay: pixels" cmp -s one.png two.png
+unreadable() { # what is wrong, message, file
+    check "parameters: $1" exits 1 filter vignette --load-params "$3" base.png none.png
+    check "parameters: $1: message" complained "$3: .*$2"
+}
+unreadable "of another filter" "parameters of sharpen, and not of vignette" sharpen.params
+for bytes in 0 5 18 20 30 39; do
+    head -c "$bytes" set.params >cut.params
+    unreadable "cut at $bytes" "not a whole file" cut.params
+done
+(cat set.params; echo) >long.params
+unreadable "more than one's" "not a whole file" long.params
+unreadable "none" "." missing.params
+{ head -c 18 set.params; printf '\377\377\377\377'; tail -c +23 set.params; } >negative.params
+unreadable "out of range" "value for --size is not in 1 \.\. 100000" negative.params
+for arguments in "" "nonsense" "vignette --size 0" "vignette --size 1.5" "vignette --color nothing" \
+    "gaussian-blur --radius nan" "gaussian-blur --radius 0" "box-blur --radius -1" "sharpen --size 3" \
+    "high-pass --mode lighten" "vignette --at 1,1" "refine-selection --selection mask.png" \
+    "box-blur --selection mask.png --at 9999,0" "drop-shadow --distance 5"; do
+    # shellcheck disable=SC2086
+    check "filter $arguments" exits 2 filter $arguments base.png none.png
+done
+check "filter without files" exits 2 filter vignette
+check "filter with one file" exits 2 filter vignette --save-params none.png base.png
+check "filter through a missing mask" exits 1 filter vignette --selection missing.png base.png none.png
+check "no output of what failed" absent none.png
+
 # --- interruption --------------------------------------------------------------------------------
 
 mkdir stopped
@@ -637,6 +717,10 @@ check "SIGINT while filling, keeping it" stops_filling --keep-partial wide.bmp p
 check "SIGINT while filling, keeping it: message" complained "interrupted"
 check "SIGINT while filling, keeping it: a picture" exits 0 info partial.bmp
 check "SIGINT while filling, keeping it: pixels" differ partial.bmp wide.bmp
+"$tool" filter gaussian-blur --radius 300 --save-params stopped/new.params base.png \
+    stopped/old.png 2>stderr &
+check "SIGINT between steps" ends_on INT $!
+check "SIGINT between steps: message" complained "interrupted"
 
 check "interruption leaves no new file" [ "$(ls -A stopped)" = old.png ]
 check "interruption leaves the old file" cmp -s stopped/old.png <(echo old)
