@@ -6,8 +6,6 @@
 #include "Pairs.h"
 #include "Pictures.h"
 
-#include <QtCore/QThreadPool>
-
 #ifdef LIBIMAGE_BENCH_OPENCV
 #include <opencv2/imgproc.hpp>
 #endif
@@ -20,16 +18,6 @@ namespace {
 using Bench::Count;
 using Bench::Pixels;
 using Image = LXImageRGBA32i;
-
-/// Steps share their lines out to Qt's pool: one thread here, as the figures are for one core.
-class OneThread {
-public:
-    OneThread() { QThreadPool::globalInstance()->setMaxThreadCount(1); }
-    ~OneThread() { QThreadPool::globalInstance()->setMaxThreadCount(m_before); }
-
-private:
-    int m_before = QThreadPool::globalInstance()->maxThreadCount();
-};
 
 template <class Blur>
 void InOneCall(benchmark::State& state, int radius) {
@@ -77,7 +65,7 @@ BENCHMARK(OpenCVBlur);
 /// All the lines or columns of `rect`.
 template <class Shell, class... Arguments>
 void Steps(benchmark::State& state, const QRect& rect, int steps, const Arguments&... arguments) {
-    const OneThread one;
+    const Bench::OneThread one;
     Image image = Bench::TiledPicture();
     for (auto _ : state) {
         Shell shell(arguments..., image, rect);
@@ -118,7 +106,7 @@ void NothingH(benchmark::State& state) {
 BENCHMARK(NothingH)->MeasureProcessCPUTime();
 
 void MapAlone(benchmark::State& state) {
-    const OneThread one;
+    const Bench::OneThread one;
     std::vector<LXIndexRun> runs = LXIndexRuns(int(Bench::Width));
     const auto nothing = [](const LXIndexRun&) {};
     for (auto _ : state)

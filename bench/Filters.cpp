@@ -59,6 +59,7 @@ void Runs(benchmark::State& state, const Data& data) {
 
 template <class Kernel>
 void BareStages(benchmark::State& state, const Kernel& kernel) {
+    const Bench::OneThread one;
     const Image picture = Part(Bench::Picture());
     for (auto _ : state) {
         Image image = picture;
@@ -77,6 +78,7 @@ constexpr double Sigma = 2.0;
 constexpr int Amount = 100;
 
 void GaussianRun(benchmark::State& state) {
+    const Bench::OneThread one;
     LXGaussianBlurProcessing::BlurData data;
     data.image = Part(Bench::Picture());
     data.radius = Sigma;
@@ -90,6 +92,7 @@ void GaussianBare(benchmark::State& state) {
 BENCHMARK(GaussianBare)->MeasureProcessCPUTime();
 
 void SmoothenRun(benchmark::State& state) {
+    const Bench::OneThread one;
     LXSmoothenProcessing::SmoothenData data;
     data.image = Part(Bench::Picture());
     data.amount = Amount;
@@ -118,6 +121,7 @@ struct HighPassCache {
 };
 
 void HighPassAgain(benchmark::State& state) {
+    const Bench::OneThread one;
     Uncancelled never;
     HighPassCache cache;
     LXHighPassProcessing filter(never.lock, never.flag, cache.lock, cache.radius, cache.result);
@@ -133,6 +137,7 @@ BENCHMARK(HighPassAgain)->MeasureProcessCPUTime();
 
 /// The same blend, of other pixels, onto a picture that shares its tiles too.
 void HighPassBlend(benchmark::State& state) {
+    const Bench::OneThread one;
     const Image picture = Part(Bench::Picture()), details = Part(Bench::OtherPicture());
     const QRect all = LXImageRect(picture);
     for (auto _ : state) {

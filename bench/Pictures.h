@@ -2,6 +2,7 @@
 
 #include "LXImage.h"
 
+#include <QtCore/QThreadPool>
 #include <QtGui/QImage>
 
 #include <benchmark/benchmark.h>
@@ -22,6 +23,19 @@ LXImageRGBA32i TiledPicture();
 inline void Count(benchmark::State& state, std::size_t itemsAnIteration) {
     state.SetItemsProcessed(state.iterations() * std::int64_t(itemsAnIteration));
 }
+
+/// Steps share their lines out to Qt's pool: while this lives on one thread alone, for figures of
+/// one core.
+class OneThread {
+public:
+    OneThread() { QThreadPool::globalInstance()->setMaxThreadCount(1); }
+    ~OneThread() { QThreadPool::globalInstance()->setMaxThreadCount(m_before); }
+    OneThread(const OneThread&) = delete;
+    OneThread& operator=(const OneThread&) = delete;
+
+private:
+    int m_before = QThreadPool::globalInstance()->maxThreadCount();
+};
 
 /// destination ^= source for a whole tile, at the memory's speed.
 void XorTile(const LXRGBA32i* source, LXRGBA32i* destination);

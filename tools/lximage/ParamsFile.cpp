@@ -18,9 +18,9 @@ bool ReadWhole(const QByteArray& bytes, FilterSettings& settings) {
 QString WhyUnread(const QByteArray& bytes, const Filter& filter) {
     for (const Filter& other : Filters())
         if (ReadWhole(bytes, *other.makeSettings()))
-            return QStringLiteral("holds parameters of %1, and not of %2")
+            return QStringLiteral("it holds parameters of %1, and not of %2")
                 .arg(QLatin1String(other.name), QLatin1String(filter.name));
-    return QStringLiteral("is not a whole file of parameters of %1")
+    return QStringLiteral("this is not a whole file of parameters of %1")
         .arg(QLatin1String(filter.name));
 }
 
