@@ -102,8 +102,17 @@ LXFilterData<Params> Data(const Params& params, const Input& input) {
     return {params, input.image, Image(0, 0), input.selection, input.selectionRect, input.at};
 }
 
-struct Vignette {
-    using Params = LXVignetteProcessing::Params;
+/// A run of such a filter without caches.
+template <class Processing>
+struct PlainRun {
+    using Params = typename Processing::Params;
+    static LXImageAtOffset Run(const Params& p, const Input& input, const Values&,
+                               FilterWatch& watch) {
+        return {watch.Run<Processing>(Data(p, input)), {}};
+    }
+};
+
+struct Vignette : PlainRun<LXVignetteProcessing> {
     template <class Visit>
     static void Fields(Params& p, Visit&& visit) {
         visit("size", p.size);
@@ -111,11 +120,18 @@ struct Vignette {
         visit("color", p.color);
         visit("shape", p.shape);
     }
-    static LXImageAtOffset Run(const Params& p, const Input& input, const Values&,
-                               FilterWatch& watch) {
-        return {watch.Run<LXVignetteProcessing>(Data(p, input)), {}};
-    }
 };
+
+/// The record of filters with one parameter, which is still to be set.
+template <class Record>
+Record PassData(const Input& input) {
+    Record data;
+    data.image = input.image;
+    data.selection = input.selection;
+    data.selectionRect = input.selectionRect;
+    data.selectionOffset = input.at;
+    return data;
+}
 
 /// Smoothen and sharpen.
 template <class Processing>
@@ -127,11 +143,7 @@ struct ThreeTap {
     }
     static LXImageAtOffset Run(const Params& p, const Input& input, const Values&,
                                FilterWatch& watch) {
-        LXThreeTapData data;
-        data.image = input.image;
-        data.selection = input.selection;
-        data.selectionRect = input.selectionRect;
-        data.selectionOffset = input.at;
+        auto data = PassData<LXThreeTapData>(input);
         data.amount = p.amount;
         return {watch.Run<Processing>(data), {}};
     }
@@ -165,11 +177,7 @@ struct Blur {
     }
     static LXImageAtOffset Run(const Params& p, const Input& input, const Values& values,
                                FilterWatch& watch) {
-        typename Processing::BlurDataEx data;
-        data.image = input.image;
-        data.selection = input.selection;
-        data.selectionRect = input.selectionRect;
-        data.selectionOffset = input.at;
+        auto data = PassData<typename Processing::BlurDataEx>(input);
         data.radius = p.radius;
         if (!values.Flag("grow"))
             return {watch.Run<Processing>(data), {}};
@@ -180,8 +188,7 @@ struct Blur {
     }
 };
 
-struct DiffuseGlow {
-    using Params = LXDiffuseGlowProcessing::Params;
+struct DiffuseGlow : PlainRun<LXDiffuseGlowProcessing> {
     template <class Visit>
     static void Fields(Params& p, Visit&& visit) {
         visit("opacity", p.opacity);
@@ -189,10 +196,6 @@ struct DiffuseGlow {
         visit("threshold", p.threshold);
         visit("color", p.color);
         visit("mode", p.mode);
-    }
-    static LXImageAtOffset Run(const Params& p, const Input& input, const Values&,
-                               FilterWatch& watch) {
-        return {watch.Run<LXDiffuseGlowProcessing>(Data(p, input)), {}};
     }
 };
 
