@@ -5,13 +5,12 @@
 #include "LXSimpleKernel1D.h"
 #include "support/ExhaustionSweep.h"
 #include "support/Plane.h"
-#include "support/ReferenceKernels.h"
+#include "support/ReferenceSteps.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <climits>
-#include <functional>
 #include <stdexcept>
 #include <type_traits>
 
@@ -27,25 +26,9 @@ const QRect Outside(200, 0, 5, 5);
 const QRect Inverted(QPoint(50, 50), QPoint(40, 60));
 const QRect Huge(QPoint(-2000000000, -2000000000), QPoint(2000000000, 2000000000));
 
-/// The lines of a plane along an axis, one after the other through `change(line, first, count)`,
-/// which returns the new pixels of the part.
-using ChangeLine = std::function<Line(const Line&, int first, int count)>;
-
 void ForLines(Plane& plane, const QRect& part, bool columns, int lines, const ChangeLine& change) {
-    const int first = columns ? part.top() : part.left();
-    const int count = columns ? part.height() : part.width();
-    for (int n = 0; n < lines; ++n) {
-        const int cross = (columns ? part.left() : part.top()) + n;
-        const auto at = [&](int along) -> LXRGBA32i& {
-            return columns ? plane.At(cross, along) : plane.At(along, cross);
-        };
-        Line line;
-        for (int i = 0; i < (columns ? plane.height : plane.width); ++i)
-            line.push_back(at(i));
-        const Line changed = change(line, first, count);
-        for (int i = 0; i < count; ++i)
-            at(first + i) = changed[std::size_t(i)];
-    }
+    for (int n = 0; n < lines; ++n)
+        ChangeOneLine(plane, part, columns, n, change);
 }
 
 /// What shells have in common: a stop after any number of steps leaves the lines before it done and

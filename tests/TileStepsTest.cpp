@@ -4,6 +4,7 @@
 #include "LXTransformImagePixelIterative.h"
 #include "support/ExhaustionSweep.h"
 #include "support/Pictures.h"
+#include "support/ReferenceSteps.h"
 
 #include <gtest/gtest.h>
 
@@ -89,23 +90,13 @@ TEST(TileSteps, PixelsOnThePoolSkipTheFirstRows) {
             ++count;
         EXPECT_EQ(count, LXTileSteps<Image>::GetTileCount(image, rect));
         EXPECT_TRUE(steps());
-        // For each tile row: r counts from the rectangle's first row in it, and is compared as if
-        // it counted from the tile's.
         Image expected(before);
-        const QRect part = rect & LXImageRect(image);
-        for (int row = part.top() / 128; row <= part.bottom() / 128; ++row) {
-            const int y0 = std::max(part.top() - row * 128, 0);
-            const int y1 = std::min(part.bottom() - row * 128, 127);
-            for (int r = 0; r < 128 - y0; ++r)
-                for (int x = part.left(); x <= part.right(); ++x) {
-                    const int y = row * 128 + y0 + r;
-                    if (r < y0 || r > y1 || y >= 280)
-                        continue;
-                    LXRGBA32i pixel = before.GetColor(x, y);
-                    Place()(x, row * 128 + r, pixel);
-                    expected.SetColor(x, y, pixel);
-                }
-        }
+        for (const QRect& tile : Reference::TileParts(rect & LXImageRect(image)))
+            Reference::ForSkippedRows(tile, 280, [&](int x, int y, int toldY) {
+                LXRGBA32i pixel = before.GetColor(x, y);
+                Place()(x, toldY, pixel);
+                expected.SetColor(x, y, pixel);
+            });
         EXPECT_TRUE(SamePixels(image, expected)) << rect.x() << " " << rect.y();
     }
 }
