@@ -26,9 +26,11 @@ public:
     LXInpaint(const LXInpaint&) = delete;
     LXInpaint& operator=(const LXInpaint&) = delete;
 
-    /// Fills all that can be filled. Each pass fills one layer: a pixel counts as known only from
-    /// the next pass on. What never has a complete window of known pixels stays as it is, for
-    /// example a picture without any. The integer is not used.
+    /// Fills from the rim, as far as it gets. Each pass fills one layer: a pixel counts as known
+    /// only from the next pass on. It is tried if it lies on an edge of the hole, stands alone, or
+    /// has a neighbour that was filled; what never is tried, or never has a complete window of
+    /// known pixels, stays as it is, as all does in a picture without known pixels. The integer is
+    /// not used.
     void operator()(int);
 
     /// 0 where the picture is opaque and 0xFFFF0000 elsewhere.

@@ -23,8 +23,11 @@
 /// is filled. The colours of pixels marked as unknown are not read.
 ///
 /// A pixel is filled with the mean, truncated, of the eight others in the first complete 3 x 3
-/// window that it lies in, and counts as known from the next pass on. What never has a complete
-/// window stays as it is.
+/// window that it lies in, and counts as known from the next pass on. It is tried if it lies on an
+/// edge of the hole, stands alone among known pixels, or has a neighbour that was filled; but
+/// the rightmost column of maskRect is tried for the first two reasons alone. What never is tried,
+/// or never has a complete window, stays as it is: so does a lone pixel at the border of maskRect,
+/// as beyond that nothing is known.
 ///
 /// An object serves one filling, on one thread. Between two passes the picture holds the layers
 /// that are filled, each complete, and the caller may stop.
@@ -49,11 +52,12 @@ public:
     /// maskRect is not valid, and after a pass that changed nothing.
     ///
     /// A pixel of the picture that is not there (std::out_of_range) or cannot be written as no tile
-    /// is left (std::bad_alloc) is logged and ends the pass early; the next one goes on in the
-    /// bounds of what this one saw.
+    /// is left (std::bad_alloc) is logged and ends the pass early, as does a band that cannot be
+    /// written; the next pass goes on in the bounds of what this one saw. After a pass that could
+    /// write nothing the object is done, also if the hole is not.
     bool operator()();
 
-    /// How many pixels all passes so far have filled.
+    /// How many pixels all passes so far have made known.
     std::int64_t GetFilledCount() const;
 
 private:
@@ -92,7 +96,7 @@ public:
     /// How many pixels Finish has made known.
     std::int64_t GetFilledCount() const { return m_filledCount; }
 
-    /// Whether the pixel was known when the pass began; nothing outside maskRect is.
+    /// Whether the pixel is known: until Finish, when the pass began. Nothing outside maskRect is.
     bool IsKnown(int x, int y) const;
     /// Writes the mean of the first complete window into the picture; false if there is none.
     bool Inpaint(int x, int y) const;

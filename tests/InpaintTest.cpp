@@ -220,7 +220,10 @@ TEST(InpaintIterative, EachPassIsThatOfTheReference) {
         const int least = seed % 4 == 0 ? 141 : 1; // four tiles, or one
         const int width = least + int(holes.Below(60)), height = least + int(holes.Below(60));
         // The holes lie in the rectangle, often at its border, or beyond.
-        const Words mask = holes.Mask(width, height);
+        Words mask = holes.Mask(width, height);
+        for (std::uint32_t& word : mask.pixels) // soft ones are known, and have edges of their own
+            if (seed % 5 == 0 && holes.Below(9) == 0 && word < Hole)
+                word = holes.Below(255) << 24;
         Bounds rect = {0, 0, width - 1, height - 1};
         if (seed % 3 != 0) {
             rect.left = int(holes.Below(unsigned(width)));
@@ -290,11 +293,24 @@ TEST(InpaintIterative, NothingToDo) {
     Words corner(40, 30);
     corner.At(38, 28) = corner.At(39, 29) = Hole;
     Words expected = picture;
-    Reference::BandInpaint reference(expected, corner, {0, 0, 39, 29}, 0, 0);
-    LXInpaintIterative beyond(image, ToTiles(corner), QRect(-9, -9, 90, 90), QRect(-9, -9, 90, 90));
-    while (beyond())
-        reference.Pass(Reference::Order::Tiles);
+    for (int y = 4; y < 20;
+         ++y) // to the right edge of the mask, which is not that of the rectangle
+        for (int x = 30; x < 40; ++x)
+            corner.At(x, y) = Hole;
+    Reference::BandInpaint reference(expected, corner, {-9, -9, 80, 80}, 0, 0);
+    const QRect beyondRect(-9, -9, 90, 90);
+    LXInpaintIterative beyond(image, ToTiles(corner), beyondRect, beyondRect);
+    while (reference.Pass(Reference::Order::Tiles))
+        ASSERT_TRUE(beyond());
+    EXPECT_FALSE(beyond());
     EXPECT_TRUE(Same(image, expected));
+    Image again = ToTiles(picture);
+    LXInpaintIterative wide(again, ToTiles(corner),
+                            QRect(QPoint(-2000000000, -9), QPoint(2000000000, 80)),
+                            QRect(QPoint(-2000000000, -9), QPoint(2000000000, 80)));
+    while (wide()) {
+    }
+    EXPECT_TRUE(Same(again, expected));
 }
 
 TEST(InpaintIterative, LogsPixelsThatAreNotInThePicture) {
@@ -316,6 +332,29 @@ TEST(InpaintIterative, LogsPixelsThatAreNotInThePicture) {
             "Unexpected exception: line=851, file=\"include/LXTransformImageColors.h\". Exception "
             "content:\"LXImage::GetColor\"")));
     }
+}
+
+/// In a lattice of lone pixels all edges cancel, and the band is nothing but them: it needs tiles.
+TEST(InpaintIterative, LatticesNeedTilesAndSaySo) {
+    Words mask(384, 300), picture = Holes(7).Picture(384, 300);
+    for (int y = 0; y < 300; y += 2)
+        for (int x = 0; x < 384; x += 2)
+            mask.At(x, y) = Hole;
+    Words expected = picture;
+    Reference::BandInpaint reference(expected, mask, {0, 0, 383, 299}, 0, 0);
+    while (reference.Pass(Reference::Order::Tiles)) {
+    }
+    SweepExhaustion([&] { return std::pair(ToTiles(picture), ToTiles(mask)); },
+                    [](std::pair<Image, Image>& images) {
+                        const QRect all = LXImageRect(images.first);
+                        LXInpaintIterative inpaint(images.first, images.second, all, all);
+                        while (inpaint()) {
+                        }
+                    },
+                    [&](const std::pair<Image, Image>& images, const ExhaustionOutcome& outcome) {
+                        EXPECT_TRUE(outcome.threw || outcome.handlerCalls > 0 ||
+                                    Same(images.first, expected));
+                    });
 }
 
 TEST(InpaintIterative, RunsOutOfTilesCleanly) {

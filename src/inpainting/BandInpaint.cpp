@@ -1,5 +1,8 @@
 #include "LXInpaintIterative.h"
+#include "LXTileAccess.h"
+#include "LXTileWalk.h"
 #include "LXTransformImageColors.h"
+#include "LXWorkRect.h"
 #include "LXWrappingArithmetic.h"
 #include "inpainting/BitPlane.h"
 #include "inpainting/Edges.h"
@@ -22,7 +25,7 @@ constexpr LXRGBA32i InBand = {0, 0, 0, 255};
 
 /// The part of a rectangle that an image covers; nothing of one that is not valid.
 QRect Covered(const QRect& rect, const Image& image) {
-    return rect.isValid() ? rect & LXImageRect(image) : QRect();
+    return LXClipped(rect, LXImageRect(image));
 }
 
 /// Reads the alpha of a row from `left` on; that of a missing tile is 0.
@@ -54,7 +57,7 @@ struct Q_DECL_HIDDEN LXInpaintIterative::Private {
     Private(Image& picture, const Image& mask, Image firstBand, const QRect& imageRect,
             const QRect& givenMaskRect)
         : image(&picture), band(std::move(firstBand)), maskRect(givenMaskRect),
-          bandRect(givenMaskRect), knowable(Covered(givenMaskRect, mask)),
+          bandRect(Covered(givenMaskRect, mask)), knowable(bandRect),
           known(knowable.width(), knowable.height()),
           offset(LXWrappingSubtract(imageRect.left(), maskRect.left()),
                  LXWrappingSubtract(imageRect.top(), maskRect.top())),
@@ -63,21 +66,27 @@ struct Q_DECL_HIDDEN LXInpaintIterative::Private {
             known.AddRow(y);
         ForUnknown(mask,
                    [this](int x, int y) { known.Remove(x - knowable.left(), y - knowable.top()); });
-        // This needs no tile: the gradient has some of the neighbours in the same one.
+        // Without this they would never come into the band: around a lone pixel the edges cancel.
         ForUnknown(mask, [this](int x, int y) {
             if (IsSurrounded(Around(x, y)))
                 band.SetColor(x, y, InBand);
         });
     }
 
-    /// visit(x, y) for the pixels that a mask marks as unknown. It must not throw.
+    /// visit(x, y) for the pixels that a mask marks as unknown. What it throws goes to the caller:
+    /// that is why this is no walk of LXVisitImagePixel, which would log it and end.
     template <class Visit>
     void ForUnknown(const Image& mask, Visit visit) const {
-        const auto look = [&](int x, int y, const LXRGBA32i& mark) {
-            if (mark.alpha == 255)
-                visit(x, y);
-        };
-        LXVisitImagePixel<Image, decltype(look)>()(mask, knowable, look);
+        LXForTiles<Image>(knowable, [&](const LXTileSpan& span) {
+            const LXTileReader tile(mask.GetTileRow(span.row)[span.column]);
+            for (int y = 0; tile.Pixels() && y < span.local.height(); ++y) {
+                const LXRGBA32i* const row =
+                    tile.Row(unsigned(span.local.top() + y)) + span.local.left();
+                for (int x = 0; x < span.local.width(); ++x)
+                    if (row[x].alpha == 255)
+                        visit(span.position.x() + x, span.position.y() + y);
+            }
+        });
     }
 
     /// For a place that is knowable.
@@ -196,10 +205,10 @@ QPoint Pass::InPicture(int x, int y) const {
 void Pass::Add(int x, int y, int& a, int& r, int& g, int& b) const {
     const QPoint at = InPicture(x, y);
     const LXRGBA32i pixel = m_owner->image->GetColor(at.x(), at.y());
-    a += pixel.alpha;
-    r += pixel.red;
-    g += pixel.green;
-    b += pixel.blue;
+    a = LXWrappingAdd(a, pixel.alpha);
+    r = LXWrappingAdd(r, pixel.red);
+    g = LXWrappingAdd(g, pixel.green);
+    b = LXWrappingAdd(b, pixel.blue);
 }
 
 LXRGBA32i Pass::MakeColor(int a, int r, int g, int b, int n) const {
@@ -229,7 +238,8 @@ void Pass::Finish() {
     m_changes.clear();
 }
 
-/// In this order: if no tile is left, the pixel stays in the band for another visit.
+/// In this order: if no tile is left, the pixel stays in the band for another visit. The change
+/// counts last, so that passes which can write nothing come to an end.
 void Pass::Apply(const Change& change) {
     if (change.filled) {
         MarkNeighbours(change);
@@ -243,7 +253,7 @@ void Pass::Apply(const Change& change) {
 /// Takes the unknown neighbours into the band, but for those in the rightmost column of maskRect:
 /// that is how the band is defined.
 void Pass::MarkNeighbours(const Change& change) {
-    const QRect markable = m_owner->knowable & m_owner->maskRect.adjusted(0, 0, -1, 0);
+    const QRect markable = LXClipped(m_owner->maskRect.adjusted(0, 0, -1, 0), m_owner->knowable);
     ForOthers(0, 0, [&](int dx, int dy) {
         const int x = change.x + dx, y = change.y + dy;
         const bool known = (change.surroundings & Bit(dx, dy)) != 0;

@@ -8,8 +8,9 @@
 #include <cstdint>
 #include <vector>
 
-/// The edges of a mask by the Sobel operator on its alpha. Where alpha is 0 or 255 alone, the
-/// strength is 255 on both sides of every edge and 0 elsewhere.
+/// The edges of a mask by the Sobel operator on its alpha. Where alpha is 0 or 255 alone, so is the
+/// strength: 255 on both sides of an edge, unless the neighbours of a pixel cancel, as they do
+/// around a lone one, within diagonals and in lattices.
 
 namespace Inpainting {
 

@@ -1,5 +1,6 @@
 #include "LXInpaint.h"
 #include "LXTransformImageColors.h"
+#include "LXWorkRect.h"
 #include "LXWrappingArithmetic.h"
 #include "inpainting/Edges.h"
 #include "inpainting/InpaintPrivate.h"
@@ -67,7 +68,7 @@ QImage LXInpaint::gradient(const QImage& mask) const {
 
 QRect LXInpaint::maskRect(const QImage& image, const QRect& rect) const {
     const QImage picture = LXWalkDetail::AsARGB32(image);
-    const QRect part = rect.isValid() ? rect & picture.rect() : picture.rect();
+    const QRect part = LXInvalidIsWhole(rect, picture.rect());
     QRect bounds;
     for (int y = part.top(); y <= part.bottom(); ++y) {
         const QRgb* const row = ConstWords(picture, y);
@@ -92,10 +93,10 @@ bool LXInpaint::inpaint0(int x, int y) {
 
 void LXInpaint::sum(int x, int y, int& a, int& r, int& g, int& b) {
     const QRgb pixel = m_private->PixelAt(x, y);
-    a += qAlpha(pixel);
-    r += qRed(pixel);
-    g += qGreen(pixel);
-    b += qBlue(pixel);
+    a = LXWrappingAdd(a, qAlpha(pixel));
+    r = LXWrappingAdd(r, qRed(pixel));
+    g = LXWrappingAdd(g, qGreen(pixel));
+    b = LXWrappingAdd(b, qBlue(pixel));
 }
 
 QRgb LXInpaint::color(int a, int r, int g, int b) {

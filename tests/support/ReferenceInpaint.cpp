@@ -57,7 +57,7 @@ void AddLonePixels(Words& band, const Bounds& bounds, Known known) {
             for (int j = y - 1; j <= y + 1; ++j)
                 for (int i = x - 1; i <= x + 1; ++i)
                     neighbours += (i != x || j != y) && known(i, j);
-            if (neighbours == 8 && !known(x, y))
+            if (neighbours == 8 && band.Has(x, y) && !known(x, y))
                 band.At(x, y) = 0xFF000000;
         }
 }
@@ -68,9 +68,11 @@ Words Gradient(const Words& mask, const Bounds& bounds, Beyond beyond) {
     Words result(mask.width, mask.height);
     for (int y = bounds.top; y <= bounds.bottom; ++y)
         for (int x = bounds.left; x <= bounds.right; ++x) {
+            if (!mask.Has(x, y))
+                continue;
             const auto a = [&](int i, int j) {
                 if (beyond == Beyond::Zero)
-                    return bounds.Has(i, j) ? Alpha(mask.At(i, j)) : 0;
+                    return bounds.Has(i, j) && mask.Has(i, j) ? Alpha(mask.At(i, j)) : 0;
                 return Alpha(mask.At(std::clamp(i, bounds.left, bounds.right),
                                      std::clamp(j, bounds.top, bounds.bottom)));
             };
@@ -130,8 +132,9 @@ BandInpaint::BandInpaint(Words& picture, const Words& givenMask, const Bounds& r
                          int offsetY)
     : image(picture), mask(givenMask), band(Gradient(givenMask, rect, Beyond::Zero)),
       maskRect(rect), bandRect(rect), dx(offsetX), dy(offsetY) {
-    AddLonePixels(band, rect,
-                  [&](int x, int y) { return maskRect.Has(x, y) && mask.At(x, y) < 0xFF000000; });
+    AddLonePixels(band, rect, [&](int x, int y) {
+        return maskRect.Has(x, y) && mask.Has(x, y) && mask.At(x, y) < 0xFF000000;
+    });
 }
 
 bool BandInpaint::Pass(Order order) {
@@ -139,7 +142,11 @@ bool BandInpaint::Pass(Order order) {
         return false;
     const Words frozenMask = mask, frozenBand = band;
     const auto known = [&](int x, int y) {
-        return maskRect.Has(x, y) && frozenMask.At(x, y) < 0xFF000000;
+        return maskRect.Has(x, y) && mask.Has(x, y) && frozenMask.At(x, y) < 0xFF000000;
+    };
+    const auto mark = [&](int x, int y) { // beyond the mask there is no band
+        if (mask.Has(x, y) && !known(x, y))
+            band.At(x, y) = 0xFF000000;
     };
     int minX = INT_MAX, maxX = INT_MIN, minY = INT_MAX, maxY = INT_MIN;
     bool changed = false;
@@ -157,12 +164,12 @@ bool BandInpaint::Pass(Order order) {
             for (int j = y - 1; j <= y + 1; ++j) {
                 if (j < maskRect.top || j > maskRect.bottom)
                     continue;
-                if (x > maskRect.left && x <= maskRect.right && !known(x - 1, j))
-                    band.At(x - 1, j) = 0xFF000000;
-                if (j != y && x >= maskRect.left && x < maskRect.right && !known(x, j))
-                    band.At(x, j) = 0xFF000000;
-                if (x + 1 >= maskRect.left && x + 1 < maskRect.right && !known(x + 1, j))
-                    band.At(x + 1, j) = 0xFF000000;
+                if (x > maskRect.left && x <= maskRect.right)
+                    mark(x - 1, j);
+                if (j != y && x >= maskRect.left && x < maskRect.right)
+                    mark(x, j);
+                if (x + 1 >= maskRect.left && x + 1 < maskRect.right)
+                    mark(x + 1, j);
             }
         }
         minX = std::min(minX, x);
