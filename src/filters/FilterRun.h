@@ -76,14 +76,15 @@ private:
     int m_steps = 0;
 };
 
-/// The steps that a rectangle takes, by the rules of the step objects.
+/// The steps that a rectangle takes, by the rules of the step objects. A whole image counts by its
+/// height or width, also if it has no pixels: the steps find nothing to do then.
 namespace LXStepCount {
 
 inline int Lines(const LXImageRGBA32i& image, const QRect& rect) {
-    return LXNullIsWhole(rect, LXImageRect(image)).height();
+    return rect.isNull() ? int(image.GetHeight()) : LXClipped(rect, LXImageRect(image)).height();
 }
 inline int Columns(const LXImageRGBA32i& image, const QRect& rect) {
-    return LXNullIsWhole(rect, LXImageRect(image)).width();
+    return rect.isNull() ? int(image.GetWidth()) : LXClipped(rect, LXImageRect(image)).width();
 }
 inline int Tiles(const LXImageRGBA32i& image, const QRect& rect) {
     return LXTileSteps<LXImageRGBA32i>::GetTileCount(image, rect);
