@@ -5,11 +5,9 @@
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 
-namespace {
-
 using Image = LXImageRGBA32i;
 
-void DrawOnTile(Image::Slot& slot, const QPointF& corner, const LXDrawing& drawing) {
+void LXDrawOnTile(Image::Slot& slot, const QPointF& corner, const LXDrawing& drawing) {
     const LXTileWriter tile(slot);
     if (!tile.Pixels())
         return;
@@ -21,8 +19,6 @@ void DrawOnTile(Image::Slot& slot, const QPointF& corner, const LXDrawing& drawi
     drawing(painter);
 }
 
-} // namespace
-
 void LXDrawOnTiles(Image& image, const LXDrawing& drawing) {
     if (image.GetTilesX() == 0 || image.GetTilesY() == 0)
         return;
@@ -30,6 +26,6 @@ void LXDrawOnTiles(Image& image, const LXDrawing& drawing) {
     for (unsigned int row = 0; row < image.GetTilesY(); ++row)
         for (unsigned int column = 0; column < image.GetTilesX(); ++column)
             if (touched.IsMarked(column, row))
-                DrawOnTile(image.GetTileRow(row)[column],
-                           QPointF(column * Image::TileWidth, row * Image::TileHeight), drawing);
+                LXDrawOnTile(image.GetTileRow(row)[column],
+                             QPointF(column * Image::TileWidth, row * Image::TileHeight), drawing);
 }
