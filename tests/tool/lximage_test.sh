@@ -59,10 +59,10 @@ ends_on() { # signal, process
 # --- usage ---------------------------------------------------------------------------------------
 
 check "--help" exits 0 --help
-for command in adjust blend blur convert draw fill filter histogram info inpaint profile scene select white-balance; do
+for command in adjust blend blur convert draw fill filter histogram info inpaint profile scene select text white-balance; do
     check "--help lists $command" grep -q "^  $command  " stdout
 done
-for command in blend blur convert draw fill histogram info inpaint profile scene select white-balance; do
+for command in blend blur convert draw fill histogram info inpaint profile scene select text white-balance; do
     check "help $command" exits 0 help "$command"
     check "help $command prints the usage" printed "^Usage: lximage $command \[options\]"
     cp stdout help
@@ -660,6 +660,33 @@ done
 check "filter without files" exits 2 filter vignette
 check "filter with one file" exits 2 filter vignette --save-params none.png base.png
 check "filter through a missing mask" exits 1 filter vignette --selection missing.png base.png none.png
+
+# --- text ----------------------------------------------------------------------------------------
+
+text() { # file, arguments
+    local out=$1
+    shift
+    exits 0 text --size 60 "$@" "Good evening" "$out"
+}
+check "text" text text.png
+check "text again" text text2.png
+check "text is the same again" cmp -s text.png text2.png
+for arguments in "--bend 50" "--bend 5 --along-y" "--keystone 30,0" "--keystone 0,-30" "--rotate 20" \
+    "--select 5,3" "--caret 0" "--color #80ff0000" "--font serif"; do
+    # shellcheck disable=SC2086
+    check "text $arguments" text text2.png $arguments
+    check "text $arguments: another picture" differ text.png text2.png
+done
+check "a caret alone" exits 0 text --caret 0 "" caret.png
+for arguments in "--font nosuchfont" "--size 0" "--size x" "--bend nan" "--keystone 5" "--rotate 400" \
+    "--color nocolor" "--select 5" "--select 5,8" "--select -1,2" "--caret 13" "--caret -1" \
+    "--size 2000 --keystone 5000,5000"; do
+    # shellcheck disable=SC2086
+    check "text $arguments" exits 2 text $arguments "Good evening" none.png
+done
+check "text of spaces" exits 2 text "  " none.png
+check "text of spaces: message" complained "there is nothing to see of '  '"
+check "text without a file" exits 2 text "Good evening"
 check "no output of what failed" absent none.png
 
 # --- interruption --------------------------------------------------------------------------------

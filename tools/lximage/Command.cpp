@@ -15,6 +15,7 @@ const std::vector<Command>& Commands() {
         {"fill", "[options] IN OUT", "Fill what is connected and of one colour", RunFill},
         {"filter", "NAME [options] IN OUT", "Blur, shade, glow; --list tells how", RunFilter},
         {"select", "[options] IN OUT", "Make a mask of what has one colour", RunSelect},
+        {"text", "[options] TEXT OUT", "Make a picture of bent text", RunText},
         {"transform", "[options] IN OUT", "Turn, scale, shear", RunTransform},
         {"view", "[options] IN OUT", "Show a part at a zoom", RunView},
         {"histogram", "[options] FILE [OUT]", "Count levels and draw the counts", RunHistogram},

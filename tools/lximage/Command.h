@@ -37,5 +37,6 @@ int RunInpaint(const Command& command, const QStringList& arguments);
 int RunScene(const Command& command, const QStringList& arguments);
 int RunWhiteBalance(const Command& command, const QStringList& arguments);
 int RunSelect(const Command& command, const QStringList& arguments);
+int RunText(const Command& command, const QStringList& arguments);
 int RunTransform(const Command& command, const QStringList& arguments);
 int RunView(const Command& command, const QStringList& arguments);
