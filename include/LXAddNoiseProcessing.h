@@ -10,7 +10,8 @@ class QDataStream;
 /// Blends noise over the picture.
 ///
 /// The noise is kept by the caller from run to run, one image for each distribution: with noise of
-/// the right size a run is one blend, and the pattern stays.
+/// the right size a run is one blend, and the pattern stays. New noise is seeded with the time in
+/// seconds.
 class LIBIMAGE_EXPORT LXAddNoiseProcessing : public LXFilter {
 public:
     struct LIBIMAGE_EXPORT Params {

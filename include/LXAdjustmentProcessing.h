@@ -44,10 +44,10 @@ private:
 ///
 /// All filters have a `run`, or several, that takes its arguments by value and returns the result.
 /// Images share their tiles, so that costs no pixels, and the caller's pictures stay as they are. A
-/// run sets the range from 0 to the sum of its steps before the first one, and reports each step
-/// that is done. Between two steps, and never during one, it reads the flag under the lock: if it
-/// is set the run ends early. That is no error: the result is what the steps so far have made of
-/// it.
+/// run sets the range from 0 to the sum of its steps before the first one, if its header does not
+/// tell otherwise, and reports each step that is done. Between two steps, and never during one, it
+/// reads the flag under the lock: if it is set the run ends early. That is no error: the result is
+/// what the steps so far have made of it.
 ///
 /// What a step throws, std::bad_alloc above all, comes out of run with locks and tiles given back.
 /// Filters keep nothing of a run but range and progress, and may be used again. Several may run at
@@ -89,7 +89,7 @@ struct LXFilterData {
     QPoint selectionOffset;
 };
 
-/// An image and the place of its first pixel relative to that of the picture it was made from.
+/// An image and the place of its first pixel; the filter says relative to what.
 struct LXImageAtOffset {
     LXImageRGBA32i image{0, 0};
     QPoint offset;

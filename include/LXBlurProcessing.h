@@ -19,7 +19,8 @@ struct LXBlurData {
 
 /// The arguments of runEx, which first grows the picture so that the blur can spread beyond its
 /// edges: as far as `visibleRect` asks for it, and by the reach of the blur at most. A selection
-/// limits visibleRect to itself. `origin` is where the picture lies.
+/// limits visibleRect to itself. `origin` is where the picture lies. A picture that
+/// grows is a new image, without profile and EXIF.
 template <class Radius>
 struct LXBlurDataEx : LXBlurData<Radius> {
     QRect visibleRect;
@@ -52,7 +53,7 @@ public:
 class LIBIMAGE_EXPORT LXBoxBlurProcessing : public LXFilter {
 public:
     struct LIBIMAGE_EXPORT Params {
-        int radius = 5; ///< of a window of 2 radius + 1 pixels
+        int radius = 5; ///< of a window of 2 radius + 1 pixels; a negative one does not blur
 
         /// On the stream: "RMBoxBlur 1.00000", radius.
         bool Read(QDataStream& stream);

@@ -13,7 +13,7 @@ class LIBIMAGE_EXPORT LXDiffuseGlowProcessing : public LXFilter {
 public:
     struct LIBIMAGE_EXPORT Params {
         int opacity = 100;   ///< percent
-        int radius = 5;      ///< the sigma of the blurs, in pixels
+        int radius = 5;      ///< the sigma of the blurs, in pixels, see LXGaussian1D.h
         int threshold = 128; ///< what is as bright as this glows
         QColor color = Qt::white;
         int mode = 0; ///< 0 lays the glow over the picture, any other under it

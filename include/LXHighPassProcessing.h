@@ -12,7 +12,7 @@ class QDataStream;
 class LIBIMAGE_EXPORT LXHighPassProcessing : public LXFilter {
 public:
     struct LIBIMAGE_EXPORT Params {
-        double radius = 10.0; ///< the sigma of the gaussian, in pixels
+        double radius = 10.0; ///< the sigma of the gaussian, in pixels, see LXGaussian1D.h
         int modeIndex = 1;    ///< see IndexToMode
         int opacity = 100;    ///< percent
 
@@ -23,12 +23,14 @@ public:
     using HighPassData = LXFilterData<Params>;
 
     /// The cache is the caller's, outlives the filter, and is read and written under `cacheLock`. A
-    /// run that is cancelled leaves it alone.
+    /// run that is cancelled before its result is complete leaves it alone.
     LXHighPassProcessing(QReadWriteLock& cancelLock, bool& cancelFlag, QReadWriteLock& cacheLock,
                          double& cachedRadius, LXImageRGBA32i& cachedResult)
         : LXFilter(cancelLock, cancelFlag), m_cacheLock(&cacheLock), m_cachedRadius(&cachedRadius),
           m_cachedResult(&cachedResult) {}
 
+    /// The range is 2 with a cached result, and else the steps and about a hundredth more for what
+    /// follows them.
     LXImageRGBA32i run(HighPassData data);
 
     /// The blend mode of an index: SourceOver, Overlay, SoftLight, HardLight; SourceOver for any

@@ -14,7 +14,7 @@ struct LXShadowParams {
     int value1 = 75;
     int value2 = 25;
     int value3 = 0;
-    int blurRadius = 20; ///< of a box of 2 blurRadius + 1 pixels; 0 does not blur
+    int blurRadius = 20; ///< of a box of 2 blurRadius + 1 pixels; 0 and below do not blur
     int value4 = 0;
 };
 
@@ -64,8 +64,9 @@ public:
 
     struct InnerShadowResult {
         LXImageRGBA32i colorImage{0, 0}; ///< of the picture's size
-        LXImageRGBA32i maskImage{0, 0};  ///< grown by whole tiles if there is a blur
-        QPoint offset;                   ///< of maskImage
+        LXImageRGBA32i maskImage{0,
+                                 0}; ///< grown by whole tiles if there is a blur, and solid there
+        QPoint offset;               ///< of maskImage
     };
 
     LXInnerShadowProcessing(QReadWriteLock& cancelLock, bool& cancelFlag)

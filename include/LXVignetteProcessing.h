@@ -13,7 +13,7 @@ class QDataStream;
 class LIBIMAGE_EXPORT LXVignetteProcessing : public LXFilter {
 public:
     struct LIBIMAGE_EXPORT Params {
-        int size = 1;       ///< pixels beyond the ellipse at which the strength is reached
+        int size = 1;       ///< pixels beyond the ellipse at which the strength is reached; not 0
         int strength = 100; ///< percent of the colour there; 0 changes nothing
         QColor color = Qt::black;
         int shape = 1; ///< 0 Linear, 1 Parabolic; any other leaves the picture as it is

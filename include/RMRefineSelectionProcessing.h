@@ -34,7 +34,7 @@ public:
     RMRefineSelectionProcessing(QReadWriteLock& cancelLock, bool& cancelFlag)
         : LXFilter(cancelLock, cancelFlag) {}
 
-    /// The mask, and its place on the canvas.
+    /// The mask, and its place on the canvas. Without a range if there is nothing to do.
     ImageAtOffset run(RefineSelectionData data);
 };
 

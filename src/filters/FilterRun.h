@@ -7,7 +7,9 @@
 
 #include <QtCore/QReadLocker>
 
+#include <algorithm>
 #include <functional>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -27,7 +29,7 @@ public:
     template <class Make>
     void Add(int steps, Make make) {
         const int base = m_steps;
-        m_steps += steps;
+        m_steps = int(std::min<qint64>(qint64(m_steps) + steps, std::numeric_limits<int>::max()));
         m_stages.push_back([this, base, steps, make] {
             if (steps <= 0 || IsCancelled())
                 return;

@@ -43,8 +43,8 @@ struct Cache {
         if (image.GetWidth() == 0 || image.GetHeight() == 0)
             return;
         const QWriteLocker locker(&lock);
+        result = made; // first, as it may throw: the radius is what makes it valid
         radius = newRadius;
-        result = made;
     }
 };
 
@@ -71,6 +71,8 @@ LXImageRGBA32i LXHighPassProcessing::run(HighPassData data) {
         SetRange(0, range);
         SetProgressValue(1);
     } else if (selected) {
+        // Lines are blurred int(radius) beyond the selection, though the kernel reaches three times
+        // as far: columns near its border take in lines that are not. That is how it is defined.
         const QRect rectH =
             LXGrown(place, -qint64(TruncateToInt(-radius)), -qint64(TruncateToInt(-radius)),
                     TruncateToInt(radius), TruncateToInt(radius));

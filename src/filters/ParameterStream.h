@@ -48,13 +48,17 @@ void WriteField(QDataStream& stream, const Value& value) {
     stream << value;
 }
 
-/// Sets the field if all of it was there.
+/// Sets the field if all of it was there. A stream that had failed before goes on as failed.
 template <class Value>
 void ReadField(QDataStream& stream, Value& value) {
+    const QDataStream::Status before = stream.status();
+    stream.resetStatus();
     Value read = value;
     stream >> read;
     if (stream.status() == QDataStream::Ok)
         value = read;
+    if (before != QDataStream::Ok)
+        stream.setStatus(before);
 }
 inline void ReadField(QDataStream& stream, bool& value) {
     qint32 number = value;

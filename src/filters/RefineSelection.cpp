@@ -45,11 +45,15 @@ LXImageAtOffset RMRefineSelectionProcessing::run(RefineSelectionData data) {
         run.Run();
         return {data.image, data.position};
     }
+    // The room follows the radius as it is, but the boxes its whole part: below 1 they smooth
+    // nothing.
     const qint64 smoothing = smoothRadius == 0 ? 0 : TruncateToInt(smoothRadius * 3.0 + 1.0);
     const QRect target = TargetOnCanvas(data, std::max(shift, 0) + smoothing);
     LXImageRGBA32i result(unsigned(target.width()), unsigned(target.height()));
+    const QPoint at = data.position;
     LXStages::Blend(run, LXBlend::LXSource<false>(), data.image, result,
-                    LXMoved(target, -data.position), LXImageRect(result));
+                    LXGrown(target, at.x(), at.y(), -qint64(at.x()), -qint64(at.y())),
+                    LXImageRect(result));
     if (smoothRadius != 0)
         AddSmoothing(run, TruncateToInt(smoothRadius), result);
     if (shift != 0)

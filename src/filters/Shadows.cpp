@@ -20,9 +20,12 @@ LXImageRGBA32i CutOut(const Data& data) {
     if (data.useSelection && (selection.GetWidth() == 0 || selection.GetHeight() == 0))
         return image;
     LXImageRGBA32i work(image.GetWidth(), image.GetHeight());
-    const QRect mask(-data.selectionOrigin, QSize(int(image.GetWidth()), int(image.GetHeight())));
-    BlendMaskOn(image, LXImageRect(image), QPainter::CompositionMode_Source, work,
-                LXImageRect(work), 1.0, selection, mask, data.useSelection, false);
+    const QRect all = LXImageRect(image);
+    const QPoint origin = data.selectionOrigin;
+    const QRect mask =
+        LXGrown(all, origin.x(), origin.y(), -qint64(origin.x()), -qint64(origin.y()));
+    BlendMaskOn(image, all, QPainter::CompositionMode_Source, work, all, 1.0, selection, mask,
+                data.useSelection, false);
     return work;
 }
 
@@ -33,7 +36,7 @@ int MarginTiles(int radius) {
 
 /// The picture on a larger canvas: whole tiles for the blur on the left and at the top, and as many
 /// as it can reach on the right and at the bottom. The tiles are shared at their new places; no
-/// pixel is copied.
+/// pixel is copied, and so the padding of edge tiles comes along.
 LXImageRGBA32i GrownByTiles(const LXImageRGBA32i& image, int radius) {
     const int n = MarginTiles(radius);
     const auto grown = [radius, n](unsigned int size) {
