@@ -25,16 +25,18 @@ struct LXTextKeystone;
 /// built from text and font when it is needed, and so is its subdivision into short segments, the
 /// costly step; other settings work on a copy of what is cached. Lengths are in pixels; the outline
 /// begins at (0, 0), and the text's baseline origin is not kept. Rectangles "rounded" have their x,
-/// y, width and height each rounded to the nearest integer, halves upwards, and are limited to
-/// coordinates that an image can have.
+/// y, width and height each rounded to the nearest integer, halves upwards; rectangles and offsets
+/// in whole pixels are limited to 2^29 on either side of 0.
 ///
 /// Text needs a QGuiApplication. A text without an outline (empty, or of spaces) gives empty paths
-/// and images of 0 x 0. Running out of memory or tiles comes out as std::bad_alloc and leaves the
-/// object valid. An object is for one thread at a time; also reading functions may fill its caches.
+/// and images of 0 x 0; selections, lines and caret go by the font's widths, which it may have.
+/// Running out of memory or tiles comes out as std::bad_alloc and leaves the object valid. An
+/// object is for one thread at a time; also reading functions may fill its caches.
 class LIBIMAGE_EXPORT LXTextHelper {
 public:
     /// Subdivision leaves no straight segment of twice `maxSegmentLength` or more. A length that is
-    /// not above 0 subdivides nothing, beyond making lines of curves.
+    /// not above 0, or 2^31 times shorter than a segment, subdivides nothing, beyond making lines
+    /// of curves.
     explicit LXTextHelper(float maxSegmentLength);
 
     // --- settings --------------------------------------------------------------------------------
@@ -163,10 +165,12 @@ public:
     /// The plain text, transformed. Placed at `offset`, in whole pixels, from the transformed
     /// corner of its bounds it keeps its centre; that is (0, 0) for the identity.
     LXImageRGBA32i CreateImageByText(QPointF& offset);
-    /// The deformed text, transformed; the offset as of the deformed path.
+    /// The deformed text, transformed; the offset as of the deformed path, which begins with the
+    /// one that is given. With style 0 it is CreateImageByText().
     LXImageRGBA32i CreateImageByTextWithDeformation(QPointF& offset);
     /// The plain text with `length` characters from `start` on shown as selected: as holes in a
-    /// rectangle. A length of 0 or -1 selects nothing, a lower one all that follows.
+    /// rectangle. A length of 0 or -1 selects nothing, a lower one all that follows. The offset is
+    /// as that of CreateImageByText(), for the text with its rectangle.
     LXImageRGBA32i CreateImageByTextWithSelection(QPointF& offset, int start, int length);
     /// The deformed text, without any selection: an editor draws
     /// CreateSelectionAndDeformationPath() on top.
@@ -178,7 +182,8 @@ public:
     /// A rectangle over `length` characters from `start` on, by the font's widths. A length of 0 or
     /// -1 gives an empty path, a lower one means all that follows. The offset is not used.
     QPainterPath CreateSelectionPath(QPointF& offset, int start, int length);
-    /// An outline with `count` points a side; with 0 the origin alone. The steps are the sides over
+    /// An outline with `count` points a side, and of time and memory to match; with 0 the origin
+    /// alone. The steps are the sides over
     /// `count`, rounded. Bottom and left are `count` times the full height away from the top, so
     /// that with more than one point a side the outline does not meet itself.
     QPainterPath CreateSelectionPath(const QPointF& origin, const QSize& size,
@@ -188,11 +193,12 @@ public:
     QPainterPath CreateSelectionAndDeformationPath(QPointF& offset, int start, int length);
 
     /// Lines along the top and the bottom, with one vertex for each boundary between characters,
-    /// ends included. The upper one begins at `position`; the lower one, as far down as the glyphs
-    /// are high, is not moved, and its other arguments are not used either.
+    /// ends included. The upper one begins at `position`; the lower one, at the height of the
+    /// glyphs less 1, is not moved, and its other arguments are not used either.
     QPainterPath GetUpperLine(const QPoint& position) const;
     QPainterPath GetUnderLine(const QPoint& position, unsigned long, unsigned long) const;
-    /// The same deformed, with style 1, as a text with the bounds `rect` is.
+    /// The same deformed, with style 1, by the wave of a text with the bounds `rect`. A line has no
+    /// height, so the vertical share of its keystone is the height of `rect` itself, not a ratio.
     QPainterPath GetUpperLine(const QPoint& position, const QRect& rect);
     QPainterPath GetUnderLine(const QPoint& position, unsigned long, unsigned long,
                               const QRect& rect);
@@ -201,10 +207,11 @@ public:
     /// 1. The other arguments are not used. A text without glyphs gets a caret as high as "qf".
     QPainterPath GetVerticalAndUnderLine(const QPoint& position, int index, int);
 
-    /// The upper line, deformed as the text is.
+    /// The upper line, deformed with the bounds of the text.
     QPainterPath GetCharPath(const QPoint& position);
     /// The boundary whose vertex of that line is nearest to `point`: the number of characters in
-    /// front of it. The first of several; -1 if there is none.
+    /// front of it. The first of several. A line has at least the vertex before its first
+    /// character.
     int FindSelectedChar(const QPoint& position, const QPoint& point);
 
 private:

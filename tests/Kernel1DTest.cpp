@@ -128,7 +128,8 @@ TEST(Gaussians, WholeLines) {
         for (const unsigned int kind : {0U, 1U, 2U}) {
             Line source = RandomLine(1000, kind);
             for (LXRGBA32i& pixel : source)
-                pixel.alpha = kind == 0 ? std::uint8_t(255) : std::uint8_t(pixel.alpha / (kind == 1 ? 1 : 60));
+                pixel.alpha = kind == 0 ? std::uint8_t(255)
+                                        : std::uint8_t(pixel.alpha / (kind == 1 ? 1 : 60));
             for (const auto& [first, last] :
                  {std::pair(0, 1000), std::pair(3, 4), std::pair(70, 399)}) {
                 LXGaussian1DPremul kernel(sigma);

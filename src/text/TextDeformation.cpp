@@ -14,7 +14,9 @@ constexpr float Threshold = 2.220446e-16f;
 
 void LXTextHelper::FlagFunction(QPointF&, QPainterPath& path, const QPointF& centre,
                                 float halfLength, double halfBreadth) const {
-    const double k = halfLength != 0 ? Pi / static_cast<double>(halfLength) : 0;
+    if (halfLength == 0)
+        return;
+    const double k = Pi / static_cast<double>(halfLength);
     const double amplitude = m_bend / 100 * halfBreadth;
     for (int i = 0; i < path.elementCount(); ++i) {
         double x = path.elementAt(i).x, y = path.elementAt(i).y;

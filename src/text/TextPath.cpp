@@ -102,8 +102,9 @@ QPainterPath LXTextHelper::TransformPathWithRect(const QPainterPath& path, const
 
 QPainterPath LXTextHelper::TransformPathWithRect(const QPainterPath& path, const QRectF& rect,
                                                  QRectF& outRect, QPointF& offset) const {
-    outRect = m_transform.toTransform().mapRect(rect);
-    offset = outRect.topLeft() - rect.topLeft();
+    const QRectF mapped = m_transform.toTransform().mapRect(rect);
+    offset = mapped.topLeft() - rect.topLeft();
+    outRect = mapped; // last, as it may be the same object as rect
     return TransformPathWithRect(path, rect);
 }
 

@@ -7,9 +7,9 @@
 /// What an editor shows around the text: selection, lines, caret, and the character under the
 /// mouse.
 ///
-/// Only the image deforms with any style but 0; lines and caret do with 1 alone. The two lines are
-/// not alike either: the lower one is never moved to its position, and each has a share of the
-/// keystone and a centre of its own. That is how they are defined.
+/// The text and its selection deform with any style but 0; lines and caret do with 1 alone. The two
+/// lines are not alike either: the lower one is never moved to its position, and each has a share
+/// of the keystone and a centre of its own. That is how they are defined.
 
 namespace {
 
@@ -78,13 +78,13 @@ QPainterPath LXTextHelper::CreateSelectionPath(const QPointF& origin, const QSiz
     const double n = double(count);
     const int stepX = qRound(size.width() / n), stepY = qRound(size.height() / n);
     const double right = origin.x() + n * stepX, height = size.height();
-    for (unsigned long i = 1; i <= count; ++i)
+    for (unsigned long i = 0; i++ < count;)
         path.lineTo(origin.x() + double(i) * stepX, origin.y());
-    for (unsigned long i = 1; i <= count; ++i)
+    for (unsigned long i = 0; i++ < count;)
         path.lineTo(right, origin.y() + double(i) * stepY);
-    for (unsigned long i = 1; i <= count; ++i)
+    for (unsigned long i = 0; i++ < count;)
         path.lineTo(origin.x() + double(count - i) * stepX, origin.y() + height * n);
-    for (unsigned long i = 1; i <= count; ++i)
+    for (unsigned long i = 0; i++ < count;)
         path.lineTo(origin.x(), origin.y() + height * double(count - i));
     return path;
 }

@@ -110,11 +110,9 @@ Blur ChosenBlur(const CommandLine& line) {
     if (line.IsSet(box) + line.IsSet(gauss) + line.IsSet(kernel) != 1)
         throw UsageError{QStringLiteral("one of --box, --gauss and --kernel is needed")};
     if (line.IsSet(box)) {
-        const double radius =
-            ParseNumber(line.Value(box), QStringLiteral("radius of a box blur"), 0, 10000);
-        if (radius != int(radius))
-            throw UsageError{QStringLiteral("the radius of a box blur is a whole number")};
-        return [radius](Image& image, const QRect& rect) { Box(image, rect, int(radius)); };
+        const int radius =
+            ParseWhole(line.Value(box), QStringLiteral("radius of a box blur"), 0, 10000);
+        return [radius](Image& image, const QRect& rect) { Box(image, rect, radius); };
     }
     if (line.IsSet(gauss)) {
         const double sigma =

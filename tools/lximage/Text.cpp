@@ -30,13 +30,13 @@ struct Request {
     bool IsDeformed() const { return bend != 0 || horizontal != 0 || vertical != 0; }
 };
 
-QFont ReadFont(const QString& family, double size) {
+QFont ReadFont(const QString& family, int size) {
     static const QStringList generic = {QStringLiteral("sans-serif"), QStringLiteral("serif"),
                                         QStringLiteral("monospace")};
     if (!(generic + QFontDatabase().families()).contains(family, Qt::CaseInsensitive))
         throw UsageError{QStringLiteral("there is no font '%1'").arg(family)};
     QFont font(family);
-    font.setPixelSize(int(size));
+    font.setPixelSize(size);
     return font;
 }
 
@@ -52,12 +52,15 @@ QPair<int, int> ReadSelection(const QString& text, int length) {
 
 Request ReadRequest(const CommandLine& line) {
     const auto value = [&](const char* name) { return line.Value(QLatin1String(name)); };
+    const auto whole = [&](const char* name, int low, int high) {
+        return ParseWhole(value(name), QLatin1String(name), low, high);
+    };
     const auto number = [&](const char* name, double low, double high) {
         return ParseNumber(value(name), QLatin1String(name), low, high);
     };
     const QVector<double> keystone =
         ParseNumbers(value("keystone"), QStringLiteral("keystone"), 2, 2);
-    Request request{ReadFont(value("font"), number("size", 1, 2000)),
+    Request request{ReadFont(value("font"), whole("size", 1, 2000)),
                     ParseColor(value("color")),
                     number("bend", -1000, 1000),
                     keystone[0],
@@ -70,7 +73,7 @@ Request ReadRequest(const CommandLine& line) {
     if (line.IsSet(QStringLiteral("select")))
         request.selection = ReadSelection(value("select"), request.words.size());
     if (line.IsSet(QStringLiteral("caret")))
-        request.caret = int(number("caret", 0, request.words.size()));
+        request.caret = whole("caret", 0, request.words.size());
     return request;
 }
 

@@ -78,3 +78,10 @@ QColor ParseColor(const QString& text) {
             QStringLiteral("'%1' is no color; write #rrggbb, #aarrggbb or a name").arg(text)};
     return color;
 }
+
+int ParseWhole(const QString& text, const QString& what, int low, int high) {
+    const double value = ParseNumber(text, what, low, high);
+    if (value != int(value))
+        throw UsageError{QStringLiteral("'%1' is no %2; it is a whole number").arg(text, what)};
+    return int(value);
+}

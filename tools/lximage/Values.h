@@ -25,6 +25,9 @@ QVector<double> ParseNumbers(const QString& text, const QString& what, int fewes
 /// A number from `low` to `high`; `what` says in the message what it is.
 double ParseNumber(const QString& text, const QString& what, double low, double high);
 
+/// A whole number from `low` to `high`.
+int ParseWhole(const QString& text, const QString& what, int low, int high);
+
 /// The place of a word in a list of them.
 int ParseChoice(const QString& text, const QString& what, const QStringList& words);
 
