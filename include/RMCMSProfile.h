@@ -10,7 +10,7 @@
 /// One ICC profile, or none.
 ///
 /// Copies share the profile, and the last one closes it. Several threads may read a profile and its
-/// copies; none may load into one of them meanwhile.
+/// copies, one waiting for the other; none may load into one of them meanwhile.
 class LIBIMAGE_EXPORT RMCMSProfile {
 public:
     class Q_DECL_HIDDEN Private; // of the library alone
@@ -31,19 +31,25 @@ public:
     bool Load(const char* data, int size);
     /// The same; an empty array is size 0.
     bool FromByteArray(const QByteArray& bytes);
-    /// The same from a file; false as well if it cannot be read. An empty file is an empty profile,
-    /// and unlike size 0 above it makes the copies empty too.
+    /// The same from a file; false as well if it cannot be read whole, or is of 2 GiB or more. An
+    /// empty file is an empty profile, and unlike size 0 above it makes the copies empty too.
     bool Load(const QString& path);
 
-    /// Writes the ICC bytes. Returns their count, 0 for an empty profile, and -1, with nothing
-    /// written, if they exceed `capacity` or cannot be made.
+    // A profile that is in use, also for reading it only, is saved as it was understood. So its
+    // bytes may differ from those loaded, and their count may have grown since it was asked for.
+
+    /// Writes the ICC bytes. Returns their count, and 0 for an empty profile; -1, with nothing
+    /// written, if they exceed `capacity`, and -1 if they cannot be made, with a part written if
+    /// that comes out midway. A null buffer of enough capacity gets nothing, and the count is
+    /// returned all the same.
     int Save(char* buffer, int capacity) const;
     /// The ICC bytes; none for an empty profile.
     QByteArray ToByteArray() const;
-    /// What Save would write: 0 for an empty profile, -1 for a failure.
+    /// What Save would write by now: 0 for an empty profile, -1 for a failure or above INT_MAX.
     int GetMemSize() const;
     /// Makes the ICC bytes the content of a file. False, and no file made, for an empty profile or
-    /// one whose bytes cannot be made; false also if not all of them could be written.
+    /// one whose bytes cannot be made; false also if not all of them could be written, and the old
+    /// content of the file is gone then.
     bool Save(const QString& path) const;
 
     /// The ICC signature of the profile's colour space, as 0x52474220 ("RGB "); 0 for an empty one.

@@ -25,8 +25,8 @@ public:
     enum class BalanceFunction : int { Auto, OverExposure, UnderExposure };
 
     /// What the analysis finds. Levels are on the scale of 255, bins are those of LXHistogram, and
-    /// a picture without pixels leaves 0 where there is nothing to find. The members are steps of
-    /// the analysis, which the constructors run.
+    /// a picture without pixels leaves 0 where there is nothing to find, but for shadowLevel. The
+    /// members are steps of the analysis, which the constructors run.
     struct LIBIMAGE_EXPORT AlgorithmData {
         /// Of no picture: all 0.
         AlgorithmData() = default;
@@ -64,10 +64,11 @@ public:
         double mix = 0; ///< weight of the stretched level against the moved one; may exceed 1
         QRect rect;     ///< of the picture
         double brightnessMean[2] = {0, 0}; ///< meanLuma, for each side of CalcBrightness
-        double shadowLevel = 0;            ///< for information
-        double highlightLevel = 0;         ///< for information
-        double selected = 0;               ///< the curve: 0 brightest .. 1 darkest
-        int percent = 0;                   ///< the same in percent, truncated
+        double shadowLevel = 0;    ///< for information; INT_MIN where its power is no number,
+                                   ///< as for no pixels
+        double highlightLevel = 0; ///< for information
+        double selected = 0;       ///< the curve: 0 brightest .. 1 darkest
+        int percent = 0;           ///< the same in percent, truncated
         /// The brightness table: UpdateCurve for (percent - 50) / 50.
         std::vector<unsigned char> curve = std::vector<unsigned char>(256);
 
@@ -85,7 +86,8 @@ public:
         static void linearScaleOriginalHistogram(double* source, double* target, int n,
                                                  double first, double last);
         /// The curve, 0 brightest .. 1 darkest, that brings the first histogram nearest to the
-        /// second: 256 bins each, compared in 8.
+        /// second: 256 bins each, compared in 8. A curve that fits without any difference is passed
+        /// over, as those of empty histograms are: that is how it is defined.
         static double SelectBrightnessCorrectionByHistogram(double* original, double* target);
         /// Moves 256 bins to where the curve for `shift`, -1 brightest .. 1 darkest, maps their
         /// levels.
@@ -100,7 +102,8 @@ public:
 
     /// Analyses the picture on the calling thread, whatever the function is; empty pictures and
     /// those of one colour are fine. `amount` is a percentage: 100 is the function alone, 0 leaves
-    /// a channel to Auto's curve or as it is; outside that range the low byte of the mix is kept.
+    /// a channel to Auto's curve or as it is; outside that range the low byte of the mix is kept,
+    /// and the weight, 2550 for a percent, is limited to an int.
     /// Missing tiles are left out. A QImage in another format than Format_ARGB32 is analysed as a
     /// converted copy.
     ///

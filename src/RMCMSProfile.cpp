@@ -55,10 +55,7 @@ int RMCMSProfile::Save(char* buffer, int capacity) const {
 }
 
 QByteArray RMCMSProfile::ToByteArray() const {
-    QByteArray bytes(qMax(GetMemSize(), 0), Qt::Uninitialized);
-    const int written = Save(bytes.data(), bytes.size());
-    bytes.truncate(qMax(written, 0));
-    return bytes;
+    return IsEmpty() ? QByteArray() : m_p->ToByteArray();
 }
 
 int RMCMSProfile::GetMemSize() const {
@@ -75,18 +72,25 @@ bool RMCMSProfile::Save(const QString& path) const {
 }
 
 quint32 RMCMSProfile::GetColorSpace() const {
-    return IsEmpty() ? 0 : quint32(cmsGetColorSpace(m_p->Handle()));
+    if (IsEmpty())
+        return 0;
+    const Private::HandleHolder& holder = Private::HolderOf(*this);
+    const std::lock_guard<std::recursive_mutex> lock(holder.mutex);
+    return quint32(cmsGetColorSpace(holder.handle));
 }
 
 QString RMCMSProfile::GetInfo() const {
     if (IsEmpty())
         return {};
-    const auto fail = [](int line) {
+    const Private::HandleHolder& holder = Private::HolderOf(*this);
+    std::unique_lock<std::recursive_mutex> lock(holder.mutex);
+    const auto fail = [&lock](int line) {
+        lock.unlock(); // whoever reads the log is free to use profiles
         LXFault::Trace(LX_SITE_AT(line), QStringLiteral("Read profile info error."));
         return QString();
     };
-    const auto read = [this](char* buffer, cmsUInt32Number size) {
-        return cmsGetProfileInfoASCII(m_p->Handle(), cmsInfoDescription, cmsNoLanguage,
+    const auto read = [&holder](char* buffer, cmsUInt32Number size) {
+        return cmsGetProfileInfoASCII(holder.handle, cmsInfoDescription, cmsNoLanguage,
                                       cmsNoCountry, buffer, size);
     };
     const cmsUInt32Number size = read(nullptr, 0);

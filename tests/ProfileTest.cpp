@@ -15,9 +15,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <climits>
 #include <functional>
 #include <new>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -162,6 +165,85 @@ TEST(CMSProfile, SavesWhatItLoaded) {
     EXPECT_EQ(Loaded(buffer), profile);
 }
 
+/// lcms2 saves a tag that was read in its own words. Qt's bytes are not those that it would write.
+TEST(CMSProfile, GrowsWithItsUse) {
+    const QByteArray icc = QColorSpace(QColorSpace::SRgb).iccProfile();
+    const RMCMSProfile profile = Loaded(icc), wide = Loaded(Wide());
+    const int first = profile.GetMemSize();
+    EXPECT_NE(profile, wide);
+    EXPECT_FALSE(RMCMSTransform(profile, wide).IsEmpty());
+    const int second = profile.GetMemSize();
+    ASSERT_GT(second, first);
+    QByteArray buffer(second, 'q');
+    EXPECT_EQ(profile.Save(buffer.data(), first), -1);
+    EXPECT_EQ(buffer, QByteArray(second, 'q'));
+    EXPECT_EQ(profile.Save(buffer.data(), second), second);
+    EXPECT_EQ(buffer, profile.ToByteArray());
+    const QImage picture = RandomQImage(40, 40, 4);
+    const QImage grown = PlainTransform(buffer, Wide())(picture),
+                 plain = PlainTransform(icc, Wide())(picture);
+    for (int i = 0; i < 4 * 40 * 40; ++i)
+        ASSERT_NEAR(grown.constBits()[i], plain.constBits()[i], 1) << "but for rounding, at " << i;
+}
+
+TEST(CMSProfile, NeverTellsOfMoreThanItWrote) {
+    const RMCMSProfile profile = Loaded(SRGB());
+    const auto size = unsigned(profile.GetMemSize());
+    QByteArray buffer(int(size), 'q');
+    FaultyCMS::AnswerSizes({size - 8, size}); // grown since it was asked for
+    EXPECT_EQ(profile.Save(buffer.data(), buffer.size()), -1);
+    FaultyCMS::AnswerSizes({size - 8, size});
+    EXPECT_EQ(profile.ToByteArray(), QByteArray());
+    EXPECT_EQ(profile.Save(buffer.data(), buffer.size()), int(size));
+    for (const unsigned int large : {unsigned(INT_MAX) + 1, UINT_MAX}) {
+        FaultyCMS::AnswerSizes({large, large, large});
+        EXPECT_EQ(profile.GetMemSize(), -1);
+        EXPECT_EQ(profile.Save(buffer.data(), buffer.size()), -1);
+        EXPECT_EQ(profile.ToByteArray(), QByteArray());
+    }
+    FaultyCMS::AnswerSizes({});
+}
+
+/// Each round has a profile that nobody has looked at, and starts four ways of doing so at once.
+TEST(CMSProfile, ThreadsReadItTogether) {
+    const QByteArray icc = QColorSpace(QColorSpace::SRgb).iccProfile();
+    const RMCMSProfile wide = Loaded(Wide());
+    const std::string name = Name(Loaded(icc));
+    const LXRGBA32i before{10, 200, 90, 77};
+    LXRGBA32i there = before;
+    RMCMSTransform(Loaded(icc), wide)(there);
+    constexpr int Threads = 4;
+    for (int round = 0; round < 500 && !testing::Test::HasFailure(); ++round) {
+        const RMCMSProfile profile = Loaded(icc);
+        const std::function<void()> ways[Threads] = {
+            [&] { EXPECT_EQ(Name(profile), name); },
+            [&] { EXPECT_EQ(Name(Loaded(profile.ToByteArray())), name); },
+            [&] {
+                LXRGBA32i pixel = before;
+                RMCMSTransform(profile, wide)(pixel);
+                EXPECT_EQ(pixel, there);
+                EXPECT_GT(profile.GetMemSize(), 0);
+            },
+            [&] {
+                EXPECT_FALSE(RMCMSTransform(wide, profile).IsEmpty());
+                EXPECT_EQ(profile.GetColorSpace(), quint32(cmsSigRgbData));
+                QByteArray bytes(10000, 'q');
+                bytes.truncate(profile.Save(bytes.data(), bytes.size()));
+                EXPECT_EQ(Name(Loaded(bytes)), name);
+            }};
+        std::atomic<int> missing{Threads};
+        std::vector<std::thread> threads;
+        for (const auto& way : ways)
+            threads.emplace_back([&missing, &way] {
+                for (--missing; missing > 0;)
+                    std::this_thread::yield();
+                way();
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+}
+
 TEST(CMSProfile, Files) {
     const QTemporaryDir folder;
     const QString good = folder.filePath(QStringLiteral("good.icc"));
@@ -169,6 +251,9 @@ TEST(CMSProfile, Files) {
     const QString rubbish = folder.filePath(QStringLiteral("rubbish.icc"));
     const QString missing = folder.filePath(QStringLiteral("missing.icc"));
     ASSERT_TRUE(WriteFile(empty, {}) && WriteFile(rubbish, QByteArray(500, 'x')));
+    const QString huge = folder.filePath(QStringLiteral("huge.icc")); // and all of it a hole
+    QFile hole(huge);
+    ASSERT_TRUE(hole.open(QFile::WriteOnly) && hole.resize(qint64(1) << 31));
     ASSERT_TRUE(Loaded(SRGB()).Save(good));
     EXPECT_FALSE(RMCMSProfile().Save(missing));
     EXPECT_FALSE(QFileInfo::exists(missing)) << "an empty profile makes no file";
@@ -178,7 +263,7 @@ TEST(CMSProfile, Files) {
     RMCMSProfile profile = Loaded(Wide());
     const RMCMSProfile copy = profile;
     for (const QString& path :
-         {missing, rubbish, folder.path(), QStringLiteral("/proc/self/mem")}) {
+         {missing, rubbish, huge, folder.path(), QStringLiteral("/proc/self/mem")}) {
         EXPECT_FALSE(profile.Load(path)) << qPrintable(path);
         EXPECT_EQ(Name(profile), Name(Loaded(Wide()))) << qPrintable(path);
         RMCMSProfile fresh;

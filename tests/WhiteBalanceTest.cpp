@@ -209,7 +209,9 @@ TEST(WhiteBalance, OtherFormatsAndMissingTiles) {
         again.gainRed = std::nan("");
         again.gainBlue = HUGE_VAL;
         again.CalcGreyWorld(picture); // no conversion of what no pixel can hold
-        EXPECT_EQ(picture.format(), format);
+        EXPECT_EQ(again.scaleGreen, 0);
+        EXPECT_EQ(again.shiftBlue, HUGE_VAL);
+        EXPECT_TRUE(std::isnan(again.shiftRed));
     }
 
     LXImageRGBA32i gap(noise);
@@ -334,12 +336,19 @@ TEST(WhiteBalance, SelectorAgreesOnEveryColour) {
     double sum = 0;
     const LXGreyPointsSelector selector(0.75, &points, &sum, &sum, &sum),
         runSelector(0.75, &inRuns, &sum, &sum, &sum);
-    for (int rgb = 0; rgb < 1 << 24; ++rgb) {
+    // Each alone in runs of all lengths and at all places, among pixels that are not gray.
+    constexpr LXRGBA32i Red{0, 0, 255, 0};
+    constexpr unsigned int Longest = 37;
+    Pixels run(Longest, Red);
+    for (unsigned int rgb = 0; rgb < 1 << 24; ++rgb) {
         const LXRGBA32i pixel{std::uint8_t(rgb), std::uint8_t(rgb >> 8), std::uint8_t(rgb >> 16),
                               0};
+        const unsigned int count = 1 + rgb % Longest, place = rgb / Longest % count;
         selector(pixel);
-        runSelector.VisitRun(&pixel, 1);
-        ASSERT_EQ(points.size(), inRuns.size()) << rgb;
+        run[place] = pixel;
+        runSelector.VisitRun(run.data(), count);
+        run[place] = Red;
+        ASSERT_EQ(points.size(), inRuns.size()) << rgb << " at " << place << " of " << count;
         if (points.size() > 1000) {
             points.clear();
             inRuns.clear();
@@ -396,6 +405,9 @@ TEST(WhiteBalance, HistogramsAreStretchedAndCompared) {
     Data::linearScaleOriginalHistogram(nullptr, nullptr, 0, 0, 1);
     Doubles odd = {HUGE_VAL, std::nan(""), -7, 1e300}, dealt(4);
     Data::linearScaleOriginalHistogram(odd.data(), dealt.data(), 4, 0, 4); // must come back
+    EXPECT_TRUE(std::isnan(dealt[1]));
+    odd[1] = dealt[1] = 0;
+    EXPECT_EQ(dealt, odd) << "each bin from its own";
 
     // A candidate that fits without any difference has the distance 0, which is passed over.
     Doubles original(256), fitting(256);
@@ -457,13 +469,12 @@ TEST(WhiteBalance, FunctionsAndCopies) {
 
     for (const int function : {-1, 3, INT_MAX})
         EXPECT_THROW(RMWBTransformation(image, Function(function), 50), std::invalid_argument);
-    for (const int amount : {INT_MIN, -7, 101, INT_MAX})
-        for (const Function function :
-             {Function::Auto, Function::OverExposure, Function::UnderExposure}) {
-            LXRGBA32i pixel{0, 127, 255, 9};
-            RMWBTransformation(Flat(image), function, amount)(pixel);
-            EXPECT_EQ(pixel.alpha, 9);
-        }
+    const Reference::WhiteBalance expected = Reference::Analyse(InWalkOrder(image));
+    for (const int amount : {INT_MIN, -842151, -7, 101, 842151, INT_MAX})
+        ExpectSteps(image, expected, amount);
+    LXRGBA32i pixel{0, 127, 255, 9};
+    RMWBTransformation(Flat(image), Function::Auto, 60)(pixel);
+    EXPECT_EQ(pixel, Reference::Auto(expected, {0, 127, 255, 9}, 60));
     CheckSibling<RMIterativeWBTransformation, RMWBTransformation>(std::cref(image), Function::Auto,
                                                                   60);
 }

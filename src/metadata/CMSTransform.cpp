@@ -28,9 +28,11 @@ RMCMSTransform::Private::Transform RMCMSTransform::Private::CreateTransform() co
     if (source.GetColorSpace() != target.GetColorSpace() ||
         source.GetColorSpace() != cmsSigRgbData || source == target)
         return {};
-    return Transform(cmsCreateTransform(RMCMSProfile::Private::HandleOf(source), TYPE_BGRA_8,
-                                        RMCMSProfile::Private::HandleOf(target), TYPE_BGRA_8,
-                                        INTENT_PERCEPTUAL, 0));
+    const auto& from = RMCMSProfile::Private::HolderOf(source);
+    const auto& to = RMCMSProfile::Private::HolderOf(target);
+    const std::scoped_lock lock(from.mutex, to.mutex);
+    return Transform(
+        cmsCreateTransform(from.handle, TYPE_BGRA_8, to.handle, TYPE_BGRA_8, INTENT_PERCEPTUAL, 0));
 }
 
 RMCMSTransform::RMCMSTransform() : m_p(new Private) {}

@@ -4,6 +4,7 @@
 
 #include <QtCore/QFile>
 
+#include <climits>
 #include <new>
 #include <vector>
 
@@ -14,7 +15,11 @@ constexpr int CopySizeLine = 58;
 constexpr int CopySaveLine = 69;
 constexpr int CopyOpenLine = 76;
 
-[[noreturn]] void FailCopy(int line) {
+using Lock = std::unique_lock<std::recursive_mutex>;
+
+/// Whoever reads the log is free to use profiles.
+[[noreturn]] void FailCopy(Lock& lock, int line) {
+    lock.unlock();
     LXFault::Trace(LX_SITE_AT(line), QStringLiteral("Could not copy a profile"));
     throw std::bad_alloc();
 }
@@ -22,17 +27,18 @@ constexpr int CopyOpenLine = 76;
 } // namespace
 
 RMCMSProfile::Private::HandleHolder::HandleHolder(const HandleHolder& other) {
+    Lock lock(other.mutex);
     if (!other.handle)
         return;
     cmsUInt32Number size = 0;
     if (!cmsSaveProfileToMem(other.handle, nullptr, &size))
-        FailCopy(CopySizeLine);
+        FailCopy(lock, CopySizeLine);
     std::vector<char> bytes(size);
     if (!cmsSaveProfileToMem(other.handle, bytes.data(), &size))
-        FailCopy(CopySaveLine);
+        FailCopy(lock, CopySaveLine);
     handle = cmsOpenProfileFromMem(bytes.data(), size);
     if (!handle)
-        FailCopy(CopyOpenLine);
+        FailCopy(lock, CopyOpenLine);
 }
 
 RMCMSProfile::Private::HandleHolder::~HandleHolder() {
@@ -54,8 +60,9 @@ bool RMCMSProfile::Private::HandleHolder::Load(const QString& path) {
     QFile file(path);
     if (!file.exists() || !file.open(QFile::ReadOnly))
         return false;
+    // Of a file that no QByteArray holds nothing is read, and that is no error to QFile.
     const QByteArray bytes = file.readAll();
-    if (bytes.isEmpty() && file.error() != QFile::NoError)
+    if (file.error() != QFile::NoError || !file.atEnd())
         return false;
     return Load(bytes.constData(), unsigned(bytes.size()));
 }
@@ -66,16 +73,8 @@ void RMCMSProfile::Private::HandleHolder::Replace(cmsHPROFILE profile) {
     handle = profile;
 }
 
-cmsHPROFILE RMCMSProfile::Private::HandleOf(const RMCMSProfile& profile) {
-    return profile.m_p ? profile.m_p->Handle() : nullptr;
-}
-
 bool RMCMSProfile::Private::IsEmpty() const {
-    return !Handle();
-}
-
-cmsHPROFILE RMCMSProfile::Private::Handle() const {
-    return holder ? holder->handle : nullptr;
+    return !holder || !holder->handle;
 }
 
 bool RMCMSProfile::Private::Load(const char* data, unsigned int size) {
@@ -104,16 +103,32 @@ bool RMCMSProfile::Private::LoadHolder(const Source&... source) {
 int RMCMSProfile::Private::GetMemSize() const {
     if (IsEmpty())
         return 0;
+    const Lock lock(holder->mutex);
     cmsUInt32Number needed = 0;
-    return cmsSaveProfileToMem(Handle(), nullptr, &needed) ? int(needed) : -1;
+    const bool known = cmsSaveProfileToMem(holder->handle, nullptr, &needed);
+    return known && needed <= INT_MAX ? int(needed) : -1;
 }
 
 int RMCMSProfile::Private::Save(char* buffer, unsigned int capacity) const {
+    if (IsEmpty())
+        return 0;
+    const Lock lock(holder->mutex);
     const int size = GetMemSize();
-    if (size <= 0)
-        return size;
-    cmsUInt32Number needed = cmsUInt32Number(size);
-    if (needed > capacity || !cmsSaveProfileToMem(Handle(), buffer, &needed))
+    if (size <= 0 || unsigned(size) > capacity)
         return -1;
-    return int(needed);
+    cmsUInt32Number needed = cmsUInt32Number(size);
+    if (!cmsSaveProfileToMem(holder->handle, buffer, &needed))
+        return -1;
+    // lcms2 cuts what does not fit, and tells nobody.
+    const int written = GetMemSize();
+    return written < 0 || written > size ? -1 : size;
+}
+
+QByteArray RMCMSProfile::Private::ToByteArray() const {
+    if (IsEmpty())
+        return {};
+    const Lock lock(holder->mutex);
+    QByteArray bytes(qMax(GetMemSize(), 0), Qt::Uninitialized);
+    bytes.truncate(qMax(Save(bytes.data(), unsigned(bytes.size())), 0));
+    return bytes;
 }

