@@ -35,8 +35,7 @@ QImage Drawn(QImage tile, unsigned int column, unsigned int row, const Drawing& 
     return tile;
 }
 
-/// Compares all tiles, with what they have beyond the image. `done` is the number of tiles that
-/// were reached before a failure.
+/// Compares all tiles, with what they have beyond the image.
 testing::AssertionResult DrawnEverywhere(const Image& before, const Image& after,
                                          const Drawing& drawing) {
     for (unsigned int row = 0; row < before.GetTilesY(); ++row)
@@ -203,7 +202,7 @@ public:
             QStringLiteral("_|\\/")};
         const double rotations[] = {0, 90, 45, -30, 180, Between(-360, 360)};
         return {Between(0, 1),
-                QRectF(Point(), QSizeF(Between(0, 500), Between(0, 300))),
+                QRectF(Point(), QSizeF(Between(-200, 500), Between(-100, 300))),
                 texts[Below(4)],
                 Colour(),
                 font,
@@ -261,6 +260,63 @@ TEST(Painter, SkippedTilesAreThoseThatNothingTouches) {
         ASSERT_TRUE(DrawnEverywhere(before, image, drawing));
     }
     EXPECT_GT(skipped, drawn) << "tiles are skipped at all";
+}
+
+// Qt divides a curve only so often: what it draws of a large one are chords, far from the curve.
+TEST(Painter, LargeCurvesAreMarkedWhereTheyAreDrawn) {
+    const TestPool pool;
+    std::mt19937 random(1);
+    const auto between = [&](double low, double high) {
+        return low + (high - low) * (double(random()) / 4294967296.0);
+    };
+    const Image before = Shared(640, 512);
+    int drawn = 0;
+    for (int round = 0; round < 800; ++round) {
+        const double spread = std::pow(10, between(3, 6));
+        const auto far = [&] {
+            return QPointF(between(-spread, spread), between(-spread, spread));
+        };
+        QPainterPath path(far());
+        if (round % 4 == 3)
+            path.lineTo(far());
+        else
+            path.cubicTo(far(), far(), far());
+        path.translate(QPointF(320, 256) - path.pointAtPercent(between(0, 1)));
+        QPen pen(Qt::red, round % 3 == 0 ? 0 : between(0, 3));
+        pen.setCosmetic(round % 2);
+        SCOPED_TRACE(testing::Message() << "round " << round << " spread " << spread);
+        Image image(before);
+        DrawPath(image, 0, path, pen);
+        ASSERT_TRUE(DrawnEverywhere(before, image, PathDrawing(0, path, pen)));
+        drawn += !SamePixels(image, before);
+    }
+    EXPECT_GT(drawn, 300);
+}
+
+// As on one picture: the rectangle reaches from its corner to the left and upwards.
+TEST(Painter, TextInARectangleOfNegativeSize) {
+    const TestPool pool;
+    const Text text = {1,
+                       QRectF(450, 200, -100, -60),
+                       QStringLiteral("Hello"),
+                       QBrush(Qt::blue),
+                       QFont(QStringLiteral("DejaVu Sans"), 40),
+                       0,
+                       QTextOption(Qt::AlignCenter)};
+    for (const double rotation : {0.0, 30.0})
+        for (const double height : {-60.0, 60.0}) {
+            Text turned = text;
+            turned.rotation = rotation;
+            turned.rect.setHeight(height);
+            QImage picture(600, 500, QImage::Format_ARGB32);
+            picture.fill(Qt::white);
+            Image image = ConvertImage<QImage, Image>(picture);
+            const QImage whole = Drawn(picture, 0, 0, TextDrawing(0, turned));
+            EXPECT_NE(whole, picture) << rotation << " " << height;
+            Draw(image, 0, turned);
+            EXPECT_TRUE(SamePixels(image, ConvertImage<QImage, Image>(whole)))
+                << rotation << " " << height;
+        }
 }
 
 // Qt is exact here but for antialiased edges, whose coverage it finds a little differently on each
@@ -347,11 +403,17 @@ TEST(Painter, ModesAndImagesAtTheEdgeOfTheDomain) {
     Image image(before);
     image.GetTileRow(0)[1] = nullptr;
     FillPath(image, 0, path, QBrush(Qt::red), true);
-    InvertImage(image, 0);
     EXPECT_EQ(image.GetColor(50, 50), (LXRGBA32i{0, 0, 255, 255}));
+    const Image filled(image);
+    InvertImage(image, 15);
+    EXPECT_EQ(image.GetTileRow(0)[1].constData(), nullptr) << "a missing tile stays missing";
+    EXPECT_EQ(image.GetColor(50, 50), (LXRGBA32i{255, 255, 0, 0}));
+    InvertImage(image, 15);
     const double nan = std::nan("");
     DrawText(image, 0, nan, QRectF(nan, 0, 10, 10), QStringLiteral("x"), QBrush(), QFont(), nan,
              QTextOption());
+    for (const QPoint& place : {QPoint(5, 5), QPoint(50, 50), QPoint(299, 199)})
+        EXPECT_EQ(image.GetColor(place.x(), place.y()), filled.GetColor(place.x(), place.y()));
 }
 
 TEST(Painter, DrawImageBlendsTheOverlap) {

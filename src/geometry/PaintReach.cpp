@@ -13,8 +13,9 @@ namespace {
 /// For antialiased edges, rounding to pixels, and the ways of lines that are one pixel wide.
 constexpr double Slack = 2;
 
-/// How far a stroke goes from its path. Half of the width would do but for the corners of caps and
-/// joins, and for the stroker's own curves, which are approximations.
+/// How far a stroke goes from the lines of its path. Half of the width would do but for the corners
+/// of caps and joins, and for the curves that the stroker puts beside those of the path. How far a
+/// drawn curve is from that of the path is known to the marks.
 double StrokeReach(const QPen& pen) {
     const double width = std::max(pen.widthF(), 1.0); // 0 means one pixel
     const bool mitered = pen.joinStyle() == Qt::MiterJoin || pen.joinStyle() == Qt::SvgMiterJoin;
@@ -79,11 +80,13 @@ public:
 private:
     QTransform ToImage() const { return painter()->deviceTransform(); }
 
+    /// A rectangle of negative size, as text may have it, clips to the same one of positive size;
+    /// if it is not of whole pixels Qt calls it empty on this device, and then nothing is known of
+    /// it.
     void LimitToClip() {
-        if (painter()->hasClipping())
-            m_marks.SetLimits(ToImage()
-                                  .mapRect(painter()->clipBoundingRect())
-                                  .adjusted(-Slack, -Slack, Slack, Slack));
+        const QRectF clip = painter()->clipBoundingRect().normalized();
+        if (painter()->hasClipping() && !clip.isEmpty())
+            m_marks.SetLimits(ToImage().mapRect(clip).adjusted(-Slack, -Slack, Slack, Slack));
         else
             m_marks.ResetLimits();
     }

@@ -14,6 +14,15 @@ constexpr double TileWidth = LXImageRGBA32i::TileWidth, TileHeight = LXImageRGBA
 /// A curve is divided until its pieces are so small, or as small as the reach around them.
 constexpr double SmallPiece = 48;
 
+/// Qt draws a curve as chords, of which there are 64 at most. Along each axis the chord over the
+/// n-th part of a curve in a box of size s departs from it by up to 12 s / (8 n n): s / 2730
+/// for 64. Taken is several times that.
+constexpr double ChordsFromCurve = 256;
+
+/// From this size on Qt's rasteriser cuts a path beforehand, and no more is relied on than that
+/// what it draws of a curve stays by its control points.
+constexpr double LargestCurve = 32768;
+
 /// The control points of a curve enclose it.
 template <class Points>
 QRectF Hull(const Points& points) {
@@ -104,6 +113,15 @@ void LXTileMarks::MarkCurve(const Curve& curve, double reach) {
     MarkCurve({centre, bcd, cd, curve[3]}, reach);
 }
 
+void LXTileMarks::MarkAsDrawn(const Curve& curve, double reach) {
+    const QRectF hull = Hull(curve);
+    const double size = std::max(hull.width(), hull.height());
+    if (size < LargestCurve)
+        MarkCurve(curve, reach + size / ChordsFromCurve);
+    else
+        MarkBox(Grown(hull, reach));
+}
+
 void LXTileMarks::MarkOutline(const QPainterPath& path, double reach) {
     QPointF end; // of what came so far
     for (int i = 0; i < path.elementCount(); ++i) {
@@ -113,7 +131,7 @@ void LXTileMarks::MarkOutline(const QPainterPath& path, double reach) {
             MarkBox(Grown(QRectF(end, end), reach));
         } else if (element.isCurveTo()) {
             const QPointF next = path.elementAt(i + 2);
-            MarkCurve({end, element, path.elementAt(i + 1), next}, reach);
+            MarkAsDrawn({end, element, path.elementAt(i + 1), next}, reach);
             end = next;
             i += 2;
         } else {

@@ -23,7 +23,8 @@ public:
     void ResetLimits() { SetLimits(Everything()); }
 
     void MarkBox(const QRectF& box);
-    /// What is not farther from the path's lines and curves than `reach`, along each axis.
+    /// What is not farther from the path's lines and curves than `reach`, along each axis, whether
+    /// they are true curves or the chords that QPainter draws.
     void MarkOutline(const QPainterPath& path, double reach);
     /// What the path encloses by either fill rule, and what is not farther from that than `reach`.
     void MarkArea(const QPainterPath& path, double reach);
@@ -33,6 +34,7 @@ private:
 
     QRectF Everything() const;
     void MarkCurve(const Curve& curve, double reach);
+    void MarkAsDrawn(const Curve& curve, double reach);
 
     unsigned int m_columns;
     unsigned int m_rows;
