@@ -12,10 +12,11 @@ class QRect;
 /// equal. Colours and tolerances are those of straight pixels.
 ///
 /// All functions return true when they are done, and false if the seed lies outside the image: then
-/// the log says so and `bounds` is untouched. `bounds` may be null; it gets the rectangle around
-/// all matches, in which the seed is always included. Whatever else goes wrong goes to the caller:
-/// std::bad_alloc if memory or tiles run out, with some pixels already filled. All work is done on
-/// the calling thread, and nobody else may use the images meanwhile.
+/// the log says so and `bounds` is untouched. A seed on a missing tile counts as outside, and a
+/// missing tile matches nowhere. `bounds` may be null; it gets the rectangle around all matches, in
+/// which the seed is always included. Whatever else goes wrong goes to the caller: std::bad_alloc
+/// if memory or tiles run out, with some pixels already filled. All work is done on the calling
+/// thread, and nobody else may use the images meanwhile.
 namespace LXFloodFillHelper {
 
 /// Fills what is connected with the seed over the four sides of pixels. If the seed already has the

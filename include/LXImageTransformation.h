@@ -14,6 +14,8 @@
 /// `rect`, in the source, limits the area that is worked on: what QTransform::mapRect makes of it,
 /// cut to the destination. It does not limit what is sampled, which is the whole source; so a
 /// turned picture fills that area to its corners. An invalid rectangle means the whole source.
+/// Where the int arithmetic of mapRect overflows (at scales from about 1e7 on, or with rectangles
+/// near the limits of int), nothing is written, and the result is true.
 ///
 /// False if the transform has no inverse, and after a std::exception (which is logged: no tile was
 /// left, say); the destination is partly written then. True otherwise, also if there is nothing to

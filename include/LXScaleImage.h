@@ -21,7 +21,8 @@ class LXColorTransformBase;
 /// the image. Works in floats. Missing tiles show as 0.
 ///
 /// Always true; nothing is drawn if there are no pixels on either side, if `scale` is not a finite
-/// number above 0, or if `target` has less than 32 bits a pixel. Exceptions are logged and go on.
+/// number above 0, or if `target` has not 32 bits a pixel. Exceptions are logged and go on:
+/// std::bad_alloc, say, if there is no memory to detach `target` from its sharers.
 LIBIMAGE_EXPORT bool ScaleImage(const LXImageRGBA32i& source, const QPointF& origin, double scale,
                                 QImage& target);
 
@@ -30,7 +31,9 @@ LIBIMAGE_EXPORT bool ScaleImage(const LXImageRGBA32i& source, const QPointF& ori
 ///
 /// Works in integers that begin at AdjustValue, and so may show another pixel than the form without
 /// a transform at seams of the walk; at zooms well below 1/2 the view is shifted, as AdjustValue
-/// then gives several source pixels. Neither form is made to agree with the other.
+/// then gives several source pixels. Neither form is made to agree with the other. Where the view
+/// begins on the first pixel of a tile column beyond the image, that one view pixel does not stay
+/// as it was but becomes what the transform makes of 0.
 LIBIMAGE_EXPORT bool ScaleImage(const LXImageRGBA32i& source, const QPointF& origin, double scale,
                                 QImage& target, const LXColorTransformBase& transform);
 

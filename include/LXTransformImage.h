@@ -12,14 +12,15 @@
 /// back, and the source pixel that contains it is copied, if that pixel lies in `rect`. All other
 /// pixels stay as they were.
 ///
-/// An invalid `rect` means the whole source; a valid one must lie inside it.
+/// An invalid `rect` means the whole source; a valid one must lie inside it, unless the source is
+/// empty: from that nothing is copied.
 ///
 /// False, with nothing written, if the transform has no inverse or a QImage destination is not in
 /// QImage::Format_ARGB32; and from LXImageRGBA32i to LXImageRGBA32i also as soon as a source tile
 /// is missing, with the pixels before it written. The other forms leave pixels that would come from
-/// a missing tile as they were. All tiles of the destination are detached from their sharers; if
-/// none is left, std::bad_alloc comes out after a log line. Source and destination may be copies of
-/// one another, and even one object.
+/// a missing tile as they were. The destination is detached from its sharers, all tiles of it; if
+/// no tile or memory is left for that, std::bad_alloc comes out after a log line. Source and
+/// destination may be copies of one another, and even one object.
 template <class Source, class Destination>
 bool TransformImage(const Source& source, const QTransform& transform, Destination& destination,
                     const QRect& rect);

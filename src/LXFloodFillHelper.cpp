@@ -2,6 +2,7 @@
 
 #include "LXFault.h"
 #include "LXTileWalk.h"
+#include "core/DetachedLine.h"
 #include "geometry/SpanFill.h"
 
 #include <optional>
@@ -12,14 +13,22 @@
 
 namespace {
 
+bool IsOnMissingTile(const LXImageRGBA32i& image, const QPoint& seed) {
+    if (!LXImageRect(image).contains(seed))
+        return false;
+    const auto* const tiles = image.GetTileRow(unsigned(seed.y()) / LXImageRGBA32i::TileHeight);
+    return !tiles[unsigned(seed.x()) / LXImageRGBA32i::TileWidth].constData();
+}
+
 std::optional<LXRGBA32i> ReadSeed(const LXImageRGBA32i& image, const QPoint& seed,
                                   const LXFault::Site& site, const char* complaint) {
     try {
-        return image.GetColor(seed.x(), seed.y());
+        if (!IsOnMissingTile(image, seed))
+            return image.GetColor(seed.x(), seed.y());
     } catch (const std::out_of_range&) {
-        LXFault::Trace(site, QString::fromLatin1(complaint));
-        return std::nullopt;
     }
+    LXFault::Trace(site, QString::fromLatin1(complaint));
+    return std::nullopt;
 }
 
 /// The searches mark in a map of their own and need no colour for it; and yet without one there is
@@ -91,6 +100,7 @@ bool LXFloodFillHelper::FloodFill(QImage& image, const QPoint& seed, const LXRGB
     if (HasMarker(colour, tolerance))
         return Done(bounds,
                     LXFill::Connected(image, seed, LXColourRange::Around(colour, tolerance), fill));
+    LXDetachedLine<uchar>(image, 0);
     image.fill(ToRgb(fill));
     return Done(bounds, image.rect());
 }

@@ -3,10 +3,12 @@
 #include "LXTileWalk.h"
 #include "support/ExhaustionSweep.h"
 #include "support/Pictures.h"
+#include "support/Uncopyable.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 #include <queue>
 #include <stdexcept>
 
@@ -289,6 +291,35 @@ TEST(FloodFill, ASeedOutsideIsLogged) {
         for (int i = 0; i < 6; ++i)
             EXPECT_TRUE(LogCapture::Lines()[i].endsWith(texts[i])) << i;
     }
+}
+
+TEST(FloodFill, AMissingTileMatchesNowhere) {
+    const TestPool pool;
+    Image source(300, 100);
+    source.GetTileRow(0)[1] = nullptr;
+    const LogCapture log;
+    QRect bounds = Untouched;
+    Image image(source), target(300, 100);
+    EXPECT_FALSE(FloodFill(image, {150, 50}, Fill, &bounds));
+    EXPECT_FALSE(FloodFill(image, {150, 50}, Some, Fill, &bounds));
+    EXPECT_FALSE(FloodFill(image, {150, 50}, FullTolerance, Fill, &bounds));
+    EXPECT_FALSE(FloodFill(source, target, {150, 50}, Some, Fill, &bounds));
+    EXPECT_TRUE(SamePixels(target, Image(300, 100)));
+    EXPECT_FALSE(ColorRangeFill(source, target, {150, 50}, Some, Fill, &bounds));
+    EXPECT_EQ(bounds, Untouched);
+    EXPECT_EQ(LogCapture::Lines().size(), 5);
+    EXPECT_EQ(image.GetColor(5, 5), LXRGBA32i{});
+    EXPECT_TRUE(FloodFill(image, {5, 5}, Some, Fill, &bounds));
+    EXPECT_EQ(bounds, QRect(0, 0, 128, 100)) << "the fill does not get across";
+}
+
+TEST(FloodFill, APictureThatCannotBeDetachedStays) {
+    LX_NEEDS_A_PLAIN_HEAP();
+    uchar bytes[4] = {};
+    QImage picture = Uncopyable(bytes);
+    const QImage sharer = picture;
+    EXPECT_THROW(FloodFill(picture, {0, 0}, FullTolerance, Fill, nullptr), std::bad_alloc);
+    EXPECT_EQ(picture.constBits(), bytes);
 }
 
 TEST(FloodFill, QImagesOfOtherFormats) {

@@ -4,10 +4,12 @@
 #include "support/Pictures.h"
 #include "support/ReferenceGeometry.h"
 #include "support/TestPool.h"
+#include "support/Uncopyable.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <stdexcept>
 
 namespace {
@@ -135,10 +137,16 @@ TEST(ScaleImage, CropsAtZoomOneAndStopsAtTheImage) {
     ScaleImage(source, QPointF(-10, -10), 1, view);
     EXPECT_EQ(view.pixel(39, 8), Patterned(40, 30).pixel(39, 8));
     EXPECT_EQ(view.pixel(8, 29), Patterned(40, 30).pixel(8, 29));
-    QImage bytes(40, 30, QImage::Format_Grayscale8), none;
-    bytes.fill(7);
-    EXPECT_TRUE(ScaleImage(source, QPointF(), 1, bytes));
-    EXPECT_EQ(bytes.constScanLine(0)[0], 7);
+    for (const QImage::Format format :
+         {QImage::Format_Grayscale8, QImage::Format_RGB888, QImage::Format_RGBA64}) {
+        QImage other(40, 30, format), filled;
+        other.fill(Qt::gray);
+        filled = other.copy();
+        EXPECT_TRUE(ScaleImage(source, QPointF(), 1, other));
+        EXPECT_TRUE(ScaleImage(source, QPointF(), 1, other, Counting()));
+        EXPECT_EQ(other, filled) << int(format);
+    }
+    QImage none;
     EXPECT_TRUE(ScaleImage(source, QPointF(), 1, none));
     EXPECT_TRUE(ScaleImage(Image(0, 10), QPointF(), 1, view));
 }
@@ -146,30 +154,68 @@ TEST(ScaleImage, CropsAtZoomOneAndStopsAtTheImage) {
 TEST(ScaleImage, SurvivesSenselessPlaces) {
     const TestPool pool;
     const Image source = RandomImage(200, 150, 5);
-    const Counting counting;
-    const double inf = std::numeric_limits<double>::infinity();
-    const double values[] = {0, -1, 1e-300, 1e-9, 1e9, 1e300, inf, -inf, std::nan("")};
-    for (const double scale : values) {
-        QImage view = Patterned(20, 20);
-        EXPECT_TRUE(ScaleImage(source, QPointF(3, 3), scale, view));
-        EXPECT_TRUE(ScaleImage(source, QPointF(3, 3), scale, view, counting));
-    }
-    for (const double x : values)
-        for (const double zoom : {0.1, 1.0, 7.0}) {
-            QImage view = Patterned(20, 20);
-            EXPECT_TRUE(ScaleImage(source, QPointF(x, 3), zoom, view));
-            EXPECT_TRUE(ScaleImage(source, QPointF(3, -x), zoom, view));
-            EXPECT_TRUE(ScaleImage(source, QPointF(x, x), zoom, view, counting));
+    const double inf = std::numeric_limits<double>::infinity(), nan = std::nan("");
+    const auto leavesTheView = [&](const QPointF& origin, double scale) {
+        QImage view(20, 20, QImage::Format_ARGB32); // of equal rows, as rows may be repeated
+        view.fill(0x12345678U);
+        const QImage before = view.copy();
+        const bool done = ScaleImage(source, origin, scale, view) &&
+                          ScaleImage(source, origin, scale, view, Counting());
+        return done && view == before;
+    };
+    for (const double scale : {0.0, -1.0, inf, -inf, nan})
+        EXPECT_TRUE(leavesTheView(QPointF(3, 3), scale)) << scale;
+    for (const double x : {1e300, -1e300, inf, -inf, nan})
+        for (const double zoom : {0.1, 1.0, 7.0})
+            for (const QPointF& origin : {QPointF(x, 3), QPointF(3, x), QPointF(x, -x)})
+                EXPECT_TRUE(leavesTheView(origin, zoom)) << x << " zoom " << zoom;
+    for (const double scale : {1e-9, 1e-3, 1e6, 1e9})
+        CheckViews(source, QPointF(3, 3), scale, QSize(20, 20));
+    // Far to the right: the tile column that the view begins with does not exist, and the first
+    // pixel of it is shown by the form with a transform only.
+    for (const double x : {-1e9, -1e6, 256.0, 1280.0, 1e9})
+        CheckViews(source, QPointF(x, 3), 1, QSize(20, 20));
+}
+
+TEST(ScaleImage, MissingTilesShowAsZero) {
+    const TestPool pool;
+    for (const int missing : {0, 1, 3}) {
+        Image source = RandomImage(520, 100, 8), zero(source);
+        source.GetTileRow(0)[missing] = nullptr;
+        zero.GetTileRow(0)[missing] = Image(128, 128).GetTileRow(0)[0];
+        for (const QPointF& origin : {QPointF(), QPointF(140, 7)}) {
+            QImage view = Patterned(480, 90), expected = Patterned(480, 90);
+            ScaleImage(source, origin, 1, view);
+            ScaleImage(zero, origin, 1, expected);
+            EXPECT_TRUE(SameViews(view, expected)) << missing << " from " << origin.x();
+            ScaleImage(source, origin, 1, view, Counting());
+            ScaleImage(zero, origin, 1, expected, Counting());
+            EXPECT_TRUE(SameViews(view, expected)) << missing << " from " << origin.x();
         }
-    Image missing(300, 100);
-    missing.GetTileRow(0)[1] = nullptr;
+    }
+}
+
+TEST(ScaleImage, FaultsAreLoggedAndGoOn) {
+    const TestPool pool;
+    const Image source = RandomImage(200, 150, 5);
     QImage view = Patterned(300, 100);
-    EXPECT_TRUE(ScaleImage(missing, QPointF(), 1, view));
-    EXPECT_TRUE(ScaleImage(missing, QPointF(), 1, view, counting));
     const LogCapture log;
     EXPECT_THROW(ScaleImage(source, QPointF(), 1, view, Throwing()), std::runtime_error);
     ASSERT_EQ(LogCapture::Lines().size(), 1);
     EXPECT_TRUE(LogCapture::Lines()[0].contains(QStringLiteral("src/LXImage.cpp")));
+}
+
+TEST(ScaleImage, AViewThatCannotBeDetachedStays) {
+    const TestPool pool;
+    LX_NEEDS_A_PLAIN_HEAP();
+    const Image source = RandomImage(20, 15, 5);
+    uchar bytes[4] = {};
+    QImage view = Uncopyable(bytes);
+    ASSERT_FALSE(view.isNull());
+    const QImage sharer = view;
+    EXPECT_THROW(ScaleImage(source, QPointF(), 1, view), std::bad_alloc);
+    EXPECT_THROW(ScaleImage(source, QPointF(), 1, view, Counting()), std::bad_alloc);
+    EXPECT_EQ(view.constBits(), bytes);
 }
 
 TEST(ScaleLine, StretchesByIntegers) {

@@ -6,11 +6,13 @@
 #include "support/ExhaustionSweep.h"
 #include "support/Pictures.h"
 #include "support/ReferenceGeometry.h"
+#include "support/Uncopyable.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <iomanip>
+#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -271,10 +273,15 @@ TEST(ImageTransformation, RefusesAndPassesOverWhatItMust) {
         EXPECT_TRUE(quality.transform(source, QTransform::fromScale(1e-5, 1), image, QRect()));
         EXPECT_TRUE(SamePixels(image, canvas));
         EXPECT_TRUE(LogCapture::Lines().isEmpty());
-        // A horizon in the picture, and numbers beyond all pixels.
-        EXPECT_TRUE(quality.transform(source, QTransform(1, 0, 0.02, 0, 1, 0.01, -50, 3, -1), image,
-                                      QRect()));
+        // Where the mapped rectangle does not fit into int nothing is written.
         EXPECT_TRUE(quality.transform(source, QTransform::fromScale(1e9, 1e9), image, QRect()));
+        EXPECT_TRUE(SamePixels(image, canvas));
+        // A horizon in the picture.
+        const QTransform horizon(1, 0, 0.02, 0, 1, 0.01, -50, 3, -1);
+        const QRect area = horizon.mapRect(QRect(0, 0, 200, 150)) & QRect(0, 0, 140, 140);
+        ASSERT_FALSE(area.isEmpty());
+        EXPECT_TRUE(quality.transform(source, horizon, image, QRect()));
+        EXPECT_TRUE(SamePixels(image, Expected(source, horizon, canvas, area, quality.reference)));
         // Onto itself: as from a copy.
         Image self(source);
         QTransform turn;
@@ -402,7 +409,11 @@ void CheckPlain(const Source& source, const Source& canvas) {
     EXPECT_EQ(wrong.pixel(0, 0), 0xFF000005U);
     QImage none(0, 0, QImage::Format_ARGB32);
     EXPECT_FALSE(TransformImage(source, QTransform(), none, QRect())) << "it has no format";
-    EXPECT_TRUE(TransformImage(Source(0, 0), QTransform(), image, QRect()));
+    for (const QRect& rect : {QRect(), QRect(0, 0, 5, 5)}) {
+        EXPECT_TRUE(TransformImage(Source(0, 0), QTransform(), image, rect));
+        EXPECT_TRUE(TransformImage(Source(0, 9), QTransform(), image, rect));
+    }
+    EXPECT_TRUE(SamePixels(image, canvas));
     Source self(source), other(source);
     EXPECT_TRUE(TransformImage(self, QTransform::fromTranslate(1, 1), self, QRect()));
     EXPECT_TRUE(TransformImage(source, QTransform::fromTranslate(1, 1), other, QRect()));
@@ -437,6 +448,20 @@ TEST(TransformImage, EndsAtAMissingTileFromRGBToRGBOnly) {
     // A rectangle that reaches beyond the source finds no tiles there either.
     EXPECT_FALSE(TransformImage(image, QTransform::fromTranslate(500, 0), image,
                                 QRect(-1000, 0, 2000, 100)));
+}
+
+TEST(TransformImage, APictureThatCannotBeDetachedStays) {
+    const TestPool pool;
+    LX_NEEDS_A_PLAIN_HEAP();
+    uchar bytes[4] = {};
+    QImage picture = Uncopyable(bytes);
+    const QImage sharer = picture;
+    const LogCapture log;
+    EXPECT_THROW(TransformImage(Image(20, 10), QTransform(), picture, QRect()), std::bad_alloc);
+    EXPECT_THROW(TransformImage(LXImageCMYKA(20, 10), QTransform(), picture, QRect()),
+                 std::bad_alloc);
+    EXPECT_EQ(picture.constBits(), bytes);
+    EXPECT_EQ(LogCapture::Lines().filter(QStringLiteral("std::bad_alloc")).size(), 2);
 }
 
 TEST(TransformImage, RunsOutOfTilesCleanly) {

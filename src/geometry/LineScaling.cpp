@@ -52,7 +52,8 @@ void scaleLineNewWithTransform(LXRGBA32i* source, LXRGBA32i* target, double star
     if (walk.IsEmpty())
         return;
     const qint64 low = qint64(LXScaleTile) * firstTile;
-    // Both ends are inclusive, so the pixel after the last tile belongs to it.
+    // Both ends are inclusive, so the pixel after the last tile belongs to it; and if the first
+    // tile lies beyond the row, its first pixel is let through. That is how it is defined.
     const qint64 high = std::max(
         low, std::min(qint64(LXScaleTile) * lastTile + LXScaleTile, qint64(sourceLength) - 1));
     LXRGBA32i color{};

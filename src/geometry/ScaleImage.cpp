@@ -1,6 +1,7 @@
 #include "geometry/ScaleImage.h"
 
 #include "LXTileAccess.h"
+#include "core/DetachedLine.h"
 #include "core/Prefetch.h"
 #include "geometry/ScaleWalk.h"
 
@@ -13,12 +14,7 @@ namespace {
 
 bool IsDrawable(const LXImageRGBA32i& source, double scale, const QImage& target) {
     return source.GetWidth() != 0 && source.GetHeight() != 0 && !target.size().isEmpty() &&
-           target.depth() >= 32 && std::isfinite(scale) && scale > 0;
-}
-
-LXRGBA32i* Line(QImage& target, int y) {
-    void* const line = target.scanLine(y);
-    return static_cast<LXRGBA32i*>(line);
+           target.depth() == 32 && std::isfinite(scale) && scale > 0;
 }
 
 /// Down the rows of the view: `draw(y, line)` where a new source row is due, a copy of the row
@@ -30,9 +26,10 @@ void DrawRows(Walk walk, int sourceHeight, QImage& target, DrawRow draw) {
         if (!walk.HasReachedImage())
             continue;
         if (t > 0 && walk.Position() == previous) {
-            std::memcpy(Line(target, t), Line(target, t - 1), std::size_t(target.width()) * 4);
+            std::memcpy(target.scanLine(t), target.constScanLine(t - 1),
+                        std::size_t(target.width()) * 4);
         } else {
-            draw(static_cast<unsigned int>(walk.Position()), Line(target, t));
+            draw(static_cast<unsigned int>(walk.Position()), LXDetachedLine<LXRGBA32i>(target, t));
             previous = walk.Position();
         }
     }
@@ -132,6 +129,22 @@ int TileCount(const LXImageRGBA32i& source, int firstTile, int lastTile) {
     return std::max(all <= span ? all : span + 1, 0);
 }
 
+/// Reads a row from a tile column on. Missing tiles are 0, and what goes beyond the grid stays.
+void ReadTiles(const LXImageRGBA32i& source, unsigned int y, int firstTile,
+               std::vector<LXRGBA32i>& buffer) {
+    const auto* const tiles = source.GetTileRow(y / LXImageRGBA32i::TileHeight);
+    std::size_t column = std::size_t(firstTile);
+    for (std::size_t at = 0; at < buffer.size() && column < source.GetTilesX(); ++column) {
+        const LXTileReader tile(tiles[column]);
+        const std::size_t count = std::min(buffer.size() - at, std::size_t(LXScaleTile));
+        if (tile.Pixels())
+            std::copy_n(tile.Row(y % LXImageRGBA32i::TileHeight), count, &buffer[at]);
+        else
+            std::fill_n(&buffer[at], count, LXRGBA32i{});
+        at += count;
+    }
+}
+
 } // namespace
 
 void LXView::Draw(const LXImageRGBA32i& source, const QPointF& origin, double scale,
@@ -160,9 +173,7 @@ void LXView::Draw(const LXImageRGBA32i& source, const QPointF& origin, double sc
     std::vector<LXRGBA32i> buffer(
         std::size_t(TileCount(source, firstTile, lastTile)) * LXScaleTile + 1);
     DrawRows(rows, height, target, [&](unsigned int y, LXRGBA32i* line) {
-        void* const bytes = buffer.data();
-        source.ReadLine(y, unsigned(firstTile) * unsigned(LXScaleTile),
-                        static_cast<unsigned char*>(bytes), unsigned(buffer.size() * 4));
+        ReadTiles(source, y, firstTile, buffer);
         scaleLineNewWithTransform(buffer.data(), line, origin.x(), scale, width, target.width(),
                                   firstTile, lastTile, transform);
     });

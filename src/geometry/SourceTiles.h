@@ -4,9 +4,11 @@
 #include "LXTileWalk.h"
 #include "core/Prefetch.h"
 
+#include <QtCore/QRectF>
 #include <QtCore/QSize>
 
 #include <algorithm>
+#include <cmath>
 
 /// How transformations find pixels in the tiles of their source.
 
@@ -18,8 +20,7 @@ public:
     using Pixel = typename Image::Pixel;
 
     bool Holds(int x, int y) const {
-        return static_cast<unsigned int>(x - m_left) < m_columns &&
-               static_cast<unsigned int>(y - m_top) < m_rows;
+        return unsigned(x) - unsigned(m_left) < m_columns && unsigned(y) - unsigned(m_top) < m_rows;
     }
     /// Only of a place that it holds.
     const Pixel* At(int x, int y) const {
@@ -56,9 +57,12 @@ private:
 template <class Image>
 void LXPrefetch(const Image& source, const QRectF& place) {
     constexpr double most = 4.0 * Image::Block::PixelCount;
-    if (!(place.width() * place.height() <= most))
+    const QRect all = LXImageRect(source);
+    if (!(place.width() * place.height() <= most) || !std::isfinite(place.x() + place.y()))
         return;
-    LXForTiles<Image>(place.toAlignedRect() & LXImageRect(source), [&](const LXTileSpan& span) {
+    // Places of any size, which would not all fit into int.
+    const QRect part = (place & QRectF(all)).toAlignedRect() & all;
+    LXForTiles<Image>(part, [&](const LXTileSpan& span) {
         const LXTileReader tile(source.GetTileRow(span.row)[span.column]);
         for (int y = span.local.top(); tile.Pixels() && y <= span.local.bottom(); ++y)
             PrefetchRow(tile.Row(unsigned(y)) + span.local.left(), span.local.width());

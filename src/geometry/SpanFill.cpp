@@ -1,11 +1,11 @@
 #include "geometry/SpanFill.h"
 
+#include "core/DetachedLine.h"
 #include "geometry/MatchMap.h"
 
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <new>
 
 namespace {
 
@@ -60,9 +60,7 @@ private:
 class LineBrush {
 public:
     LineBrush(QImage& image, int x, int y, const LXRGBA32i& fill)
-        : m_first(image.bits()), m_stride(image.bytesPerLine()), m_fill(fill) {
-        if (!m_first)
-            throw std::bad_alloc();
+        : m_first(LXDetachedLine<uchar>(image, 0)), m_stride(image.bytesPerLine()), m_fill(fill) {
         m_first += y / TileSide * TileSide * m_stride + x * qptrdiff(sizeof m_fill);
     }
 

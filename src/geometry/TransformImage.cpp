@@ -1,5 +1,6 @@
 #include "geometry/TransformImage.h"
 
+#include "core/DetachedLine.h"
 #include "core/Snapshot.h"
 #include "core/conversion/Rows.h"
 #include "geometry/PositionRows.h"
@@ -20,9 +21,9 @@ public:
     using Pixel = typename Image::Pixel;
 
     Sampler(const Image& source, const QTransform& inverse, const QRect& rect, MissingTile missing)
-        : m_source(source), m_inverse(inverse), m_rect(rect.isValid() ? rect : LXImageRect(source)),
-          m_missing(missing), m_grid(int(source.GetTilesX() * Image::TileWidth),
-                                     int(source.GetTilesY() * Image::TileHeight)) {}
+        : m_source(source), m_inverse(inverse), m_rect(LimitsIn(source, rect)), m_missing(missing),
+          m_grid(int(source.GetTilesX() * Image::TileWidth),
+                 int(source.GetTilesY() * Image::TileHeight)) {}
 
     /// Calls `put(i, pixel)` for each pixel i of a run of at most LXRows::RunLength from (x, y) on
     /// for which there is one. False if a missing tile ends the walk.
@@ -51,6 +52,12 @@ public:
     void Prepare(const QRect& part) const { LXPrefetch(m_source, m_inverse.mapRect(QRectF(part))); }
 
 private:
+    /// An empty source has nothing to miss, whatever the rectangle.
+    static QRect LimitsIn(const Image& source, const QRect& rect) {
+        const QRect all = LXImageRect(source);
+        return rect.isValid() && !all.isEmpty() ? rect : all;
+    }
+
     const Image& m_source;
     QTransform m_inverse;
     QRect m_rect;
@@ -95,10 +102,10 @@ bool ToLines(const Image& source, const QTransform& transform, QImage& destinati
         return false;
     Sampler<Image> sampler(source, inverse, rect, MissingTile::IsPassedOver);
     for (int y = 0; y < destination.height(); ++y) {
-        void* const line = destination.scanLine(y);
+        auto* const line = LXDetachedLine<LXRGBA32i>(destination, y);
         for (int x = 0; x < destination.width(); x += int(LXRows::RunLength))
             sampleRun(sampler, x, y, std::min(unsigned(destination.width() - x), LXRows::RunLength),
-                      static_cast<LXRGBA32i*>(line) + x);
+                      line + x);
     }
     return true;
 }
