@@ -68,7 +68,7 @@ TEST(BoxBlur, WideWindowsOnShortLines) {
     const TestPool pool;
     for (const auto& [width, height] : {std::pair(1, 1), std::pair(3, 140), std::pair(140, 3)}) {
         const Plane before = RandomPlane(width, height, 2);
-        for (const int radius : {0, 1, 2, 3, 139, 140, 141, 300, 32499, 32500, 100000}) {
+        for (const int radius : {0, 1, 2, 3, 139, 140, 141, 300}) {
             SCOPED_TRACE(testing::Message() << width << " x " << height << " radius " << radius);
             Check(LXBoxBlur(radius), before, QRect(), Blurred(before, QRect(), radius, false));
         }
@@ -79,6 +79,13 @@ TEST(BoxBlur, WideWindowsOnShortLines) {
         Image image = ImageOf(before);
         LXGaussianBlur(INT_MAX)(image, QRect(0, 0, 1, 2)); // wraps around and comes back
     }
+}
+
+TEST(BoxBlur, WindowsBeyondWhatFloatsHold) {
+    const TestPool pool;
+    const Plane before = RandomPlane(3, 2, 2);
+    for (const int radius : {32499, 32500, 100000})
+        Check(LXBoxBlur(radius), before, QRect(), Blurred(before, QRect(), radius, false));
 }
 
 TEST(BoxBlur, BoxAndGaussianOnPartsOfThePicture) {

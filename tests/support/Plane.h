@@ -27,6 +27,9 @@ struct Plane {
         return pixels[std::size_t(y) * std::size_t(width) + std::size_t(x)];
     }
     const LXRGBA32i& At(int x, int y) const { return const_cast<Plane*>(this)->At(x, y); }
+    /// Also of a picture without pixels.
+    LXRGBA32i* Row(int y) { return pixels.data() + std::size_t(y) * std::size_t(width); }
+    const LXRGBA32i* Row(int y) const { return const_cast<Plane*>(this)->Row(y); }
     /// The pixel at a position limited to the picture.
     const LXRGBA32i& Clamped(int x, int y) const {
         return At(std::clamp(x, 0, width - 1), std::clamp(y, 0, height - 1));
@@ -44,22 +47,22 @@ inline Plane RandomPlane(int width, int height, unsigned int seed) {
 inline LXImageRGBA32i ImageOf(const Plane& plane) {
     LXImageRGBA32i image(unsigned(plane.width), unsigned(plane.height));
     for (int y = 0; y < plane.height; ++y)
-        image.WriteLine(unsigned(y), reinterpret_cast<const unsigned char*>(&plane.At(0, y)),
+        image.WriteLine(unsigned(y), reinterpret_cast<const unsigned char*>(plane.Row(y)),
                         unsigned(plane.width) * 4);
     return image;
 }
 
 inline QImage PictureOf(const Plane& plane) {
     QImage picture(plane.width, plane.height, QImage::Format_ARGB32);
-    for (int y = 0; y < plane.height; ++y)
-        std::memcpy(picture.scanLine(y), &plane.At(0, y), std::size_t(plane.width) * 4);
+    for (int y = 0; y < picture.height(); ++y) // none if there are no columns either
+        std::memcpy(picture.scanLine(y), plane.Row(y), std::size_t(plane.width) * 4);
     return picture;
 }
 
 inline Plane PlaneOf(const LXImageRGBA32i& image) {
     Plane plane(int(image.GetWidth()), int(image.GetHeight()));
     for (int y = 0; y < plane.height; ++y)
-        image.ReadLine(unsigned(y), reinterpret_cast<unsigned char*>(&plane.At(0, y)),
+        image.ReadLine(unsigned(y), reinterpret_cast<unsigned char*>(plane.Row(y)),
                        image.GetWidth() * 4);
     return plane;
 }
@@ -67,8 +70,7 @@ inline Plane PlaneOf(const LXImageRGBA32i& image) {
 inline Plane PlaneOf(const QImage& picture) {
     Plane plane(picture.width(), picture.height());
     for (int y = 0; y < plane.height; ++y)
-        std::memcpy(static_cast<void*>(&plane.At(0, y)), picture.constScanLine(y),
-                    std::size_t(plane.width) * 4);
+        std::memcpy(plane.Row(y), picture.constScanLine(y), std::size_t(plane.width) * 4);
     return plane;
 }
 
