@@ -50,6 +50,14 @@ struct Order {
     char end = 0;
 };
 
+/// Calls tell(place) when the scope is left, by an exception too.
+struct AtEnd {
+    void (*tell)(char*);
+    char* place;
+
+    ~AtEnd() { tell(place); }
+};
+
 } // namespace LXMapDetail
 
 /// Calls functor(run) for each run, in no order, on the threads of the global pool and on this one,
@@ -65,14 +73,14 @@ void LXBlockingMap(std::vector<LXIndexRun>& runs, Functor& functor) {
 
         void operator()(const LXIndexRun& run) {
             LXMapDetail::Order::Acquire(&order.begin);
+            const LXMapDetail::AtEnd end{LXMapDetail::Order::Release, &order.end};
             functor(run);
-            LXMapDetail::Order::Release(&order.end);
         }
     } item{functor, {}};
     LXMapDetail::Order::Release(&item.order.begin);
+    const LXMapDetail::AtEnd end{LXMapDetail::Order::Acquire, &item.order.end};
     LXMapDetail::BlockingMap(
         runs, {[](void* f, const LXIndexRun& run) { (*static_cast<Item*>(f))(run); }, &item});
-    LXMapDetail::Order::Acquire(&item.order.end);
 }
 
 namespace LXMapDetail {
