@@ -15,27 +15,18 @@ public:
     using Pixel = typename Image::Pixel;
 
     LXTileColumn(const Image& image, unsigned int column) : m_image(&image), m_column(column) {}
-    LXTileColumn(const LXTileColumn& other) : LXTileColumn(*other.m_image, other.m_column) {}
-    LXTileColumn& operator=(const LXTileColumn&) = delete;
 
     /// The TileWidth pixels of row y of the image, which must exist; zeros for a missing tile.
     const Pixel* Row(unsigned int y) {
         static constexpr std::array<Pixel, Image::TileWidth> missing{};
-        const unsigned int tileRow = y / Image::TileHeight;
-        if (!m_tile || tileRow != m_tileRow) {
-            m_tile.emplace(m_image->GetTileRow(tileRow)[m_column]);
-            m_tileRow = tileRow;
-            m_pixels = m_tile->Pixels();
-        }
-        return m_pixels ? m_pixels + y % Image::TileHeight * Image::TileWidth : missing.data();
+        const Pixel* const tile = m_tile.Pixels(*m_image, m_column, y / Image::TileHeight);
+        return tile ? tile + y % Image::TileHeight * Image::TileWidth : missing.data();
     }
 
 private:
     const Image* m_image;
     unsigned int m_column;
-    unsigned int m_tileRow = 0;
-    std::optional<LXTileReader<typename Image::Block>> m_tile;
-    const Pixel* m_pixels = nullptr; // of the open tile
+    LXHeldTile<Image> m_tile;
 };
 
 /// The same for writing rows of one column of tiles, which are detached before.
