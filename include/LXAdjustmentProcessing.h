@@ -55,7 +55,8 @@ private:
 ///
 /// Records and parameters: `selection` is a mask, whose value is in alpha, `selectionRect` the part
 /// of it that is used, and `selectionOffset` what that rectangle is moved by to lie on the image.
-/// An invalid selectionRect is no selection: the filter works on the whole image.
+/// An invalid selectionRect is no selection: the filter works on the whole image. Coordinates on
+/// the image are limited to 2^30.
 ///
 /// Params go to a QDataStream and come from it: a header of ASCII letters without a length, and
 /// then the fields in the order of their declaration, if it is not told otherwise, a bool as an int

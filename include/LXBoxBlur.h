@@ -11,11 +11,12 @@
 /// the two kinds differ by up to one level.
 ///
 /// The cost does not depend on the radius. Outside the image its border pixels go on for ever. A
-/// negative radius changes nothing; above 4 million the sums wrap around at 2^32.
+/// negative radius does not blur; above 4 million the sums wrap around at 2^32.
 ///
 /// A QImage comes out in QImage::Format_ARGB32, whatever its format was, also if nothing is
 /// blurred; one that Qt cannot convert becomes null. Only where LXBoxBlur and LXGaussianBlur draw a
-/// part back into a QImage does it keep its format, unless QPainter cannot draw on that.
+/// part back into a QImage does it keep its format, unless QPainter cannot draw on that; the part
+/// has then gone through 8 bits a channel.
 ///
 /// All on the calling thread; the arguments must not be used by another one meanwhile. Copies of
 /// the image are left alone. Without a tile for a result std::bad_alloc comes out, and the image

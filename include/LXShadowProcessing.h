@@ -18,7 +18,8 @@ struct LXShadowParams {
     int value4 = 0;
 };
 
-/// The arguments of both shadows. What is called reserved is not read.
+/// The arguments of both shadows. What is called reserved is not read. A shape that was cut out or
+/// grown is a new image, without the picture's profile, fields and user values.
 template <class ShadowParams>
 struct LXShadowData {
     ShadowParams params;
@@ -63,10 +64,12 @@ public:
     using InnerShadowData = LXShadowData<Params>;
 
     struct InnerShadowResult {
-        LXImageRGBA32i colorImage{0, 0}; ///< of the picture's size
-        LXImageRGBA32i maskImage{0,
-                                 0}; ///< grown by whole tiles if there is a blur, and solid there
-        QPoint offset;               ///< of maskImage
+        /// Of the picture's size.
+        LXImageRGBA32i colorImage{0, 0};
+        /// Grown by whole tiles if there is a blur, and solid there. Where the picture's own tiles
+        /// at the right and at the bottom have padding, it is the inverse of that.
+        LXImageRGBA32i maskImage{0, 0};
+        QPoint offset; ///< of maskImage
     };
 
     LXInnerShadowProcessing(QReadWriteLock& cancelLock, bool& cancelFlag)

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
-/// What a rectangle given by a caller comes down to in an image. The results are inside the image,
-/// or the null rectangle QRect() for nothing.
+/// What a rectangle given by a caller comes down to in an image.
 
-/// What is common to both; nothing if one of them is invalid. QRect::operator& would exchange the
-/// corners of an inverted rectangle, and takes one that is wider than int for that.
+/// What is common to both; nothing, which is QRect(), if one of them is invalid. QRect::operator&
+/// would exchange the corners of an inverted rectangle, and takes one that is wider than int for
+/// that.
 inline QRect LXClipped(const QRect& rect, const QRect& imageRect) {
     const QPoint first(std::max(rect.left(), imageRect.left()),
                        std::max(rect.top(), imageRect.top()));
@@ -43,7 +43,7 @@ inline QRect LXGrown(const QRect& rect, qint64 sides) {
     return LXGrown(rect, sides, sides, sides, sides);
 }
 
-/// The rectangle moved, limited as LXGrown.
+/// The rectangle moved, limited as LXGrown. What is cut off there no longer lies where it did.
 inline QRect LXMoved(const QRect& rect, const QPoint& by) {
     return LXGrown(rect, -qint64(by.x()), -qint64(by.y()), by.x(), by.y());
 }

@@ -26,8 +26,9 @@ public:
     bool IsEmpty() const;
 
     /// Takes the profile from its ICC bytes, which are not kept; all copies of this profile see
-    /// the new one. Size 0 makes this copy alone empty. False if the bytes are no profile, and the
-    /// old profile stays.
+    /// the new one. Size 0 makes this copy alone empty. A profile made so, or never loaded, shares
+    /// nothing with copies taken of it. False if the bytes are no profile, and the old profile
+    /// stays.
     bool Load(const char* data, int size);
     /// The same; an empty array is size 0.
     bool FromByteArray(const QByteArray& bytes);

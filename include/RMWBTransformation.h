@@ -75,8 +75,8 @@ public:
         /// Sets the gray-world correction from the gains and the picture's nearly gray pixels.
         void CalcGreyWorld(const LXImageRGBA32i& image);
         void CalcGreyWorld(const QImage& image);
-        /// Sets both levels, and `selected` to 0, from the luma's range and mean and the
-        /// deviations.
+        /// Sets `selected` to 0, and both levels from the luma's range and mean and the
+        /// deviations. A picture of white alone leaves the levels as they are.
         void CalcBrightness();
 
         /// Deals the `n` source bins out to the `n` target bins: target bin i takes from source bin
@@ -87,7 +87,8 @@ public:
                                                  double first, double last);
         /// The curve, 0 brightest .. 1 darkest, that brings the first histogram nearest to the
         /// second: 256 bins each, compared in 8. A curve that fits without any difference is passed
-        /// over, as those of empty histograms are: that is how it is defined.
+        /// over, as those of empty histograms are, unless it is the brightest, which stands from
+        /// the start: that is how it is defined.
         static double SelectBrightnessCorrectionByHistogram(double* original, double* target);
         /// Moves 256 bins to where the curve for `shift`, -1 brightest .. 1 darkest, maps their
         /// levels.

@@ -1,25 +1,29 @@
 #include "LXGaussian1D.h"
 #include "convolution/GaussianRows.h"
 
+#include <algorithm>
+
+using namespace LXRows;
+
+/// Nothing is allocated, however many taps there are: this runs on the threads of the pool.
 void LXGaussian1DPremul::Line(int first, int last) const {
-    constexpr int block = int(LXRows::GaussianBlock);
     const std::vector<double>& weights = m_taps.Weights();
-    const std::size_t reached = LXRows::GaussianBlock + weights.size();
-    std::vector<double> channels(4 * reached);
-    double* const blue = channels.data();
-    double* const green = blue + reached;
-    double* const red = green + reached;
-    double* const alpha = red + reached;
-    for (int i = first; i < last; i += block) {
-        const std::int64_t start = m_lines.Centre(i) - m_taps.Radius();
-        for (std::size_t k = 0; k < reached; ++k) {
-            const LXRGBA32i pixel = m_lines.Source(start + std::int64_t(k));
-            blue[k] = pixel.blue;
-            green[k] = pixel.green;
-            red[k] = pixel.red;
-            alpha[k] = pixel.alpha;
+    GaussianSource source;
+    for (int i = first; i < last; i += int(GaussianBlock)) {
+        GaussianSums sums;
+        for (std::size_t tap = 0; tap < weights.size(); tap += GaussianTapsAtOnce) {
+            const unsigned int taps =
+                unsigned(std::min<std::size_t>(weights.size() - tap, GaussianTapsAtOnce));
+            const std::int64_t start = m_lines.Centre(i) - m_taps.Radius() + std::int64_t(tap);
+            for (unsigned int k = 0; k < GaussianBlock + taps; ++k) {
+                const LXRGBA32i pixel = m_lines.Source(start + k);
+                source.blue[k] = pixel.blue;
+                source.green[k] = pixel.green;
+                source.red[k] = pixel.red;
+                source.alpha[k] = pixel.alpha;
+            }
+            AddGaussianTaps(source, &weights[tap], taps, sums);
         }
-        LXRows::GaussianPremul({blue, green, red, alpha}, weights.data(), unsigned(weights.size()),
-                               &m_lines.Destination(i), unsigned(std::min(last - i, block)));
+        StoreGaussian(sums, &m_lines.Destination(i), std::min(unsigned(last - i), GaussianBlock));
     }
 }

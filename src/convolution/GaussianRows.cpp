@@ -7,13 +7,6 @@
 
 namespace {
 
-struct Sums {
-    double blue[LXRows::GaussianBlock] = {};
-    double green[LXRows::GaussianBlock] = {};
-    double red[LXRows::GaussianBlock] = {};
-    double alpha[LXRows::GaussianBlock] = {};
-};
-
 /// x / 255, correctly rounded. With 1 / 255 off by no more than 2^-56 of itself, the product is
 /// within one unit in the last place of the quotient, and one fused correction step then gives the
 /// rounded one: three operations that run as fast as they are issued, where a division waits.
@@ -30,28 +23,30 @@ inline double Over255(double x) {
 
 /// Taps outermost: each sum gets its terms from left to right, as the kernel's operator does it.
 template <bool Fused>
-LX_CLONED void AddTaps(const double* __restrict blue, const double* __restrict green,
-                       const double* __restrict red, const double* __restrict alpha,
-                       const double* __restrict weights, unsigned int taps, Sums& __restrict sums) {
+LX_CLONED void AddTaps(const LXRows::GaussianSource& __restrict source,
+                       const double* __restrict weights, unsigned int taps,
+                       LXRows::GaussianSums& __restrict sums) {
     for (unsigned int j = 0; j < taps; ++j) {
         const double w = weights[j];
         for (unsigned int i = 0; i < LXRows::GaussianBlock; ++i) {
-            const double a = alpha[i + j];
+            const double a = source.alpha[i + j];
             sums.alpha[i] += w * a;
-            sums.blue[i] += Over255<Fused>(blue[i + j] * w * a);
-            sums.green[i] += Over255<Fused>(green[i + j] * w * a);
-            sums.red[i] += Over255<Fused>(red[i + j] * w * a);
+            sums.blue[i] += Over255<Fused>(source.blue[i + j] * w * a);
+            sums.green[i] += Over255<Fused>(source.green[i + j] * w * a);
+            sums.red[i] += Over255<Fused>(source.red[i + j] * w * a);
         }
     }
 }
 
 } // namespace
 
-void LXRows::GaussianPremul(const GaussianSource& source, const double* weights, unsigned int taps,
-                            LXRGBA32i* result, unsigned int count) {
-    Sums sums;
+void LXRows::AddGaussianTaps(const GaussianSource& source, const double* weights, unsigned int taps,
+                             GaussianSums& sums) {
     const auto addTaps = LXFusesInHardware() ? AddTaps<true> : AddTaps<false>;
-    addTaps(source.blue, source.green, source.red, source.alpha, weights, taps, sums);
+    addTaps(source, weights, taps, sums);
+}
+
+void LXRows::StoreGaussian(const GaussianSums& sums, LXRGBA32i* result, unsigned int count) {
     for (unsigned int i = 0; i < count; ++i) {
         const std::uint8_t alpha = LXGaussianTaps::Rounded(sums.alpha[i]);
         const auto straight = [alpha](double sum) {

@@ -48,7 +48,7 @@ void WriteField(QDataStream& stream, const Value& value) {
     stream << value;
 }
 
-/// Sets the field if all of it was there. A stream that had failed before goes on as failed.
+/// Sets the field if all of it was there. A stream that had failed before keeps that failure.
 template <class Value>
 void ReadField(QDataStream& stream, Value& value) {
     const QDataStream::Status before = stream.status();
@@ -57,8 +57,10 @@ void ReadField(QDataStream& stream, Value& value) {
     stream >> read;
     if (stream.status() == QDataStream::Ok)
         value = read;
-    if (before != QDataStream::Ok)
+    if (before != QDataStream::Ok) {
+        stream.resetStatus(); // setStatus changes nothing but Ok
         stream.setStatus(before);
+    }
 }
 inline void ReadField(QDataStream& stream, bool& value) {
     qint32 number = value;

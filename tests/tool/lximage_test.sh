@@ -402,6 +402,12 @@ check "through a mask" blurred --box 4 --selection base.png
 check "sharpening kernel" blurred --kernel sharpen.txt
 check "kernel of one" exits 0 blur --kernel same.txt base.png same.png
 check "kernel of one changes nothing" same_pixels same.png base.png
+check "kernel in a rectangle" blurred --kernel sharpen.txt --rect 30,20,150x120
+"$tool" blur --kernel sharpen.txt base.png whole.png
+for picture in whole blurred; do
+    "$tool" view --zoom 1 --at 30,20 --size 150x120 $picture.png $picture-part.png
+done
+check "there it is that of the whole picture" same_pixels whole-part.png blurred-part.png
 check "box of one" exits 0 blur --box 0 base.png same.png
 for arguments in "" "--box 1 --gauss 1" "--box -1" "--box 1.5" "--gauss 0" "--gauss x" \
     "--box 1 --rect 1,2" "--box 1 --rect 9999,0,5x5"; do
@@ -665,6 +671,8 @@ check "a shadow below: size" printed "114 x 104 pixels"
 printf 'P5\n3 1\n255\n\0\377\0' >dot.pgm
 check "a mask grows" exits 0 filter refine-selection --shift 1 dot.pgm white.ppm
 check "a mask grows: pixels" [ "$(tail -c 9 white.ppm | od -An -v -tx1)" = " ff ff ff ff ff ff ff ff ff" ]
+"$tool" filter drop-shadow --radius 0 --color red --selection dot.pgm white.ppm shadow.ppm
+check "a shadow of what a mask shows" [ "$(tail -c 9 shadow.ppm | od -An -v -tx1)" = " 00 00 00 ff 00 00 00 00 00" ]
 check "a mask grows on a canvas" exits 0 filter refine-selection --shift 1 --at 4,6 --canvas 20,20 \
     dot.pgm white.ppm
 check "a mask grows on a canvas: offset" printed "^offset 3,5$"

@@ -98,9 +98,29 @@ Kernel LoadKernel(const QString& path) {
     return kernel;
 }
 
-void Convolve(Image& image, const Kernel& kernel) {
-    LXImageConvolution(kernel.entries.data(), kernel.size)(image);
-    StopIfInterrupted();
+/// Square by square, so that the user may stop between two. Each takes in what the kernel reaches
+/// around it, which is at most as much again and a quarter.
+void Convolve(Image& image, const QRect& rect, const Kernel& kernel) {
+    const LXImageConvolution convolution(kernel.entries.data(), kernel.size);
+    const int across = kernel.size.width() / 2, down = kernel.size.height() / 2;
+    const int side = std::max({64, 4 * across, 4 * down});
+    const int columns = (rect.width() - 1) / side + 1, rows = (rect.height() - 1) / side + 1;
+    const auto copy = [](const Image& from, const QRect& fromRect, Image& to, const QRect& toRect) {
+        BlendOn(from, fromRect, QPainter::CompositionMode_Source, to, toRect, 1.0, false);
+    };
+    const Image source = image;
+    Progress progress(QStringLiteral("blur"), columns * rows);
+    for (int i = 0; i < columns * rows; ++i) {
+        const QPoint corner = rect.topLeft() + QPoint(i % columns, i / columns) * side;
+        const QRect square = QRect(corner, QSize(side, side)) & rect;
+        const QRect reached = LXGrown(square, across, down, across, down) & LXImageRect(source);
+        Image part(unsigned(reached.width()), unsigned(reached.height()));
+        copy(source, reached, part, LXImageRect(part));
+        convolution(part);
+        copy(part, square.translated(-reached.topLeft()), image, square);
+        progress.SetValue(i + 1);
+        StopIfInterrupted();
+    }
 }
 
 /// The one blur that the options ask for.
@@ -119,8 +139,8 @@ Blur ChosenBlur(const CommandLine& line) {
             ParseNumber(line.Value(gauss), QStringLiteral("sigma of a gaussian"), 0.01, 1000);
         return [sigma](Image& image, const QRect& rect) { Gauss(image, rect, sigma); };
     }
-    return [loaded = LoadKernel(line.Value(kernel))](Image& image, const QRect&) {
-        Convolve(image, loaded);
+    return [loaded = LoadKernel(line.Value(kernel))](Image& image, const QRect& rect) {
+        Convolve(image, rect, loaded);
     };
 }
 

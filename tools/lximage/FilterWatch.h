@@ -43,12 +43,9 @@ private:
                 Stop();
         });
     }
-    /// The run that this is called from may hold the lock itself; then there is a next time.
     void Stop() {
-        if (!m_lock.tryLockForWrite())
-            return;
+        const QWriteLocker locker(&m_lock);
         m_stop = true;
-        m_lock.unlock();
     }
 
     Progress m_progress;

@@ -230,7 +230,7 @@ struct Shadow {
         data.image = input.image;
         data.selection = input.selection;
         data.selectionOrigin = input.at;
-        data.useSelection = true; // a selection without pixels is none then
+        data.useSelection = !input.selectionRect.isValid(); // the whole picture
         return data;
     }
     static QPoint Distance(const Values& values) {
