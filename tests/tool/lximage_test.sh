@@ -671,8 +671,8 @@ check "a shadow below: size" printed "114 x 104 pixels"
 printf 'P5\n3 1\n255\n\0\377\0' >dot.pgm
 check "a mask grows" exits 0 filter refine-selection --shift 1 dot.pgm white.ppm
 check "a mask grows: pixels" [ "$(tail -c 9 white.ppm | od -An -v -tx1)" = " ff ff ff ff ff ff ff ff ff" ]
-"$tool" filter drop-shadow --radius 0 --color red --selection dot.pgm white.ppm shadow.ppm
-check "a shadow of what a mask shows" [ "$(tail -c 9 shadow.ppm | od -An -v -tx1)" = " 00 00 00 ff 00 00 00 00 00" ]
+"$tool" filter drop-shadow --radius 0 --color red --selection dot.pgm --at 1,0 white.ppm shadow.ppm
+check "a shadow of what a mask shows" [ "$(tail -c 9 shadow.ppm | od -An -v -tx1)" = " ff ff ff ff ff ff ff 00 00" ]
 check "a mask grows on a canvas" exits 0 filter refine-selection --shift 1 --at 4,6 --canvas 20,20 \
     dot.pgm white.ppm
 check "a mask grows on a canvas: offset" printed "^offset 3,5$"
