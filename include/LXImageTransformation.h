@@ -32,7 +32,8 @@ LIBIMAGE_EXPORT bool NearestNeighbourTransformImage(const LXImageRGBA32i& source
 /// Where the bounding box of the transformed source is at most half as wide or half as high as the
 /// source, a copy of the source is first blurred along each axis that shrinks: by a box of 2 r + 1
 /// pixels with r = 1 / (2 scale), rounded, once for bilinear and three times for bicubic. If both
-/// axes shrink, that copy is sampled by its nearest pixels.
+/// axes shrink, that copy is sampled by its nearest pixels. The blur costs 2 r + 1 additions a line
+/// and a column beside its pixels; above r = 4 million its sums wrap around.
 LIBIMAGE_EXPORT bool BilinearTransformImage(const LXImageRGBA32i& source,
                                             const QTransform& transform,
                                             LXImageRGBA32i& destination, const QRect& rect);

@@ -33,7 +33,8 @@ LIBIMAGE_EXPORT bool ScaleImage(const LXImageRGBA32i& source, const QPointF& ori
 /// a transform at seams of the walk; at zooms well below 1/2 the view is shifted, as AdjustValue
 /// then gives several source pixels. Neither form is made to agree with the other. Where the view
 /// begins on the first pixel of a tile column beyond the image, that one view pixel does not stay
-/// as it was but becomes what the transform makes of 0.
+/// as it was but becomes what the transform makes of 0. A scaled side of 2^31 pixels and more does
+/// not fit the integers: the view then shows source pixels side by side.
 LIBIMAGE_EXPORT bool ScaleImage(const LXImageRGBA32i& source, const QPointF& origin, double scale,
                                 QImage& target, const LXColorTransformBase& transform);
 
@@ -57,7 +58,8 @@ LIBIMAGE_EXPORT void ScaleLine(LXRGBA32i* source, LXRGBA32i* target, float start
                                int sourceLength, int targetLength);
 
 /// The same for a source row of which only the tile columns firstTile to lastTile are at hand:
-/// source[0] is pixel 128 * firstTile.
+/// source[0] is pixel 128 * firstTile. Where start is a negative whole number, the row lies a
+/// source pixel further to the right than that of ScaleLine: that is how the two are defined.
 LIBIMAGE_EXPORT void scaleLineNew(LXRGBA32i* source, LXRGBA32i* target, float start, double scale,
                                   int sourceLength, int targetLength, int firstTile, int lastTile);
 

@@ -26,7 +26,8 @@ struct LXTextKeystone;
 /// costly step; other settings work on a copy of what is cached. Lengths are in pixels; the outline
 /// begins at (0, 0), and the text's baseline origin is not kept. Rectangles "rounded" have their x,
 /// y, width and height each rounded to the nearest integer, halves upwards; rectangles and offsets
-/// in whole pixels are limited to 2^29 on either side of 0.
+/// in whole pixels are limited to 2^29 on either side of 0, but for what deforming adds to an
+/// offset, which is truncated.
 ///
 /// Text needs a QGuiApplication. A text without an outline (empty, or of spaces) gives empty paths
 /// and images of 0 x 0; selections, lines and caret go by the font's widths, which it may have.
@@ -183,9 +184,9 @@ public:
     /// -1 gives an empty path, a lower one means all that follows. The offset is not used.
     QPainterPath CreateSelectionPath(QPointF& offset, int start, int length);
     /// An outline with `count` points a side, and of time and memory to match; with 0 the origin
-    /// alone. The steps are the sides over
-    /// `count`, rounded. Bottom and left are `count` times the full height away from the top, so
-    /// that with more than one point a side the outline does not meet itself.
+    /// alone. The steps are the sides over `count`, rounded. Bottom and left are `count` times the
+    /// full height away from the top, so that with more than one point a side the outline does not
+    /// meet itself.
     QPainterPath CreateSelectionPath(const QPointF& origin, const QSize& size,
                                      unsigned long count) const;
     /// The selection's rectangle, subdivided and deformed as the text is. The offset stays as it

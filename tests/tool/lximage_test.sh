@@ -377,6 +377,7 @@ for arguments in "transform" "transform --rotate" "transform --rotate x" "transf
     check "$arguments" exits 2 $arguments base.png none.png
 done
 check "a result beyond all sizes" exits 1 transform --scale 1e6 base.png none.png
+check "a result without a pixel" exits 1 transform --scale 0.0001 base.png none.png
 check "histogram" exits 0 histogram base.png histogram.png
 check "histogram prints four lines" [ "$(wc -l <stdout)" = 4 ]
 check "histogram prints thresholds" printed '^luminance *[0-9]* \.\. [0-9]*$'
@@ -599,7 +600,8 @@ check "it is a blend" exits 0 blend --at 10,10 --opacity 0.5 --mode multiply bas
 check "it is the same blend" cmp -s image.png image2.png
 for arguments in "" "--path M0,0 --text x" "--path M0,0 --mode heal" "--text x --align up" \
     "--path M0,0 --stroke nocolor" "--path M0,0 --width x" "--path M0,0 --join sharp" \
-    "--text x --size 0" "--text x --box 5"; do
+    "--text x --size 0" "--text x --size 12.5" "--text x --box 5" "--text x --stroke red" \
+    "--path M0,0 --rotate 5" "--image top.png --fill red"; do
     # shellcheck disable=SC2086
     check "draw $arguments" exits 2 draw $arguments base.png none.png
 done

@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr char NothingLeft[] = "the transform leaves nothing of a picture";
+
 struct Quality {
     const char* name;
     bool (*transform)(const LXImageRGBA32i& source, const QTransform& transform,
@@ -88,7 +90,7 @@ QTransform ParseTransform(const CommandLine& line) {
         throw UsageError{QStringLiteral("no transform is given")};
     const QTransform transform = given->parse(line.Value(QString::fromLatin1(given->option)));
     if (!transform.isInvertible())
-        throw UsageError{QStringLiteral("the transform leaves nothing of a picture")};
+        throw UsageError{QString::fromLatin1(NothingLeft)};
     return transform;
 }
 
@@ -102,10 +104,12 @@ LXImageRGBA32i Transform(const LXImageRGBA32i& image, const QTransform& transfor
           std::abs(box.top()) < 1e9))
         throw Failure{file, QStringLiteral("the result would be too large")};
     const QRect canvas = box.toAlignedRect();
-    LXImageRGBA32i result(unsigned(std::max(canvas.width(), 1)),
-                          unsigned(std::max(canvas.height(), 1)));
     const QTransform toCanvas =
         transform * QTransform::fromTranslate(-canvas.left(), -canvas.top());
+    if (toCanvas.mapRect(LXImageRect(image)).isEmpty())
+        throw Failure{file, QString::fromLatin1(NothingLeft)};
+    LXImageRGBA32i result(unsigned(std::max(canvas.width(), 1)),
+                          unsigned(std::max(canvas.height(), 1)));
     if (!quality.transform(image, toCanvas, result, QRect()))
         throw Failure{file, QStringLiteral("there is no memory for the result")};
     return result;

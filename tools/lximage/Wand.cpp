@@ -12,7 +12,7 @@ const QString ToleranceOption = QStringLiteral("tolerance");
 const QString ColorOption = QStringLiteral("color");
 
 std::uint8_t ParseLevel(const QString& text) {
-    return std::uint8_t(ParseNumber(text, QStringLiteral("tolerance"), 0, 255));
+    return std::uint8_t(ParseWhole(text, QStringLiteral("tolerance"), 0, 255));
 }
 
 /// One number for all channels, or one for each.
