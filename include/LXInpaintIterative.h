@@ -6,9 +6,13 @@
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
-#include <vector>
+
+namespace Inpainting {
+struct Window;
+}
 
 /// Fills a hole in a tiled picture from its rim, one layer a call:
 ///
@@ -36,7 +40,7 @@ public:
     class IterateBandPixels;
 
     /// The image must outlive the object; the mask is copied. Of imageRect only the top left corner
-    /// counts. Throws std::bad_alloc if no tile is left for the band.
+    /// counts. Throws std::bad_alloc without the memory.
     LXInpaintIterative(LXImageRGBA32i& image, const LXImageRGBA32i& mask, const QRect& imageRect,
                        const QRect& maskRect);
     ~LXInpaintIterative();
@@ -52,9 +56,9 @@ public:
     /// maskRect is not valid, and after a pass that changed nothing.
     ///
     /// A pixel of the picture that is not there (std::out_of_range) or cannot be written as no tile
-    /// is left (std::bad_alloc) is logged and ends the pass early, as does a band that cannot be
-    /// written; the next pass goes on in the bounds of what this one saw. After a pass that could
-    /// write nothing the object is done, also if the hole is not.
+    /// is left (std::bad_alloc) is logged and ends the pass early; the next pass goes on in the
+    /// bounds of what this one saw. After a pass that could write nothing the object is done, also
+    /// if the hole is not.
     bool operator()();
 
     /// How many pixels all passes so far have made known.
@@ -65,9 +69,9 @@ private:
     const std::unique_ptr<Private> m_private;
 };
 
-/// The visitor of one pass over the band. It fills pixels of the picture at once, and notes what
-/// changes in mask and band: these stand still under the walk, frozen without a copy, so that the
-/// order of the visits does not matter to the picture. Finish puts it all in afterwards.
+/// The visitor of one pass over the band. It fills pixels of the picture at once, and notes which:
+/// the mask stands still under the walk, frozen without a copy, so that the order of the visits
+/// does not matter to the picture. Finish puts it all in afterwards.
 /// Coordinates are those of the mask.
 class LIBIMAGE_EXPORT LXInpaintIterative::IterateBandPixels {
 public:
@@ -81,50 +85,44 @@ public:
             Visit(x, y);
     }
 
-    /// The same for neighbouring pixels. Nearly all are not in the band, and are passed over
-    /// quickly.
-    void VisitRun(int x, int y, const LXRGBA32i* pixels, unsigned int count) const;
-
-    /// Puts the changes into mask and band, in the order of the visits; the next pass may begin. A
-    /// std::exception is logged and leaves pixels in the band to be visited once more.
+    /// Puts what was filled into mask and band, in the order of the visits; the next pass may
+    /// begin.
     void Finish();
 
     /// The bounds of all pixels of the band that were visited; a null rectangle if there were none.
     QRect GetBandBoundRect() const;
-    /// Whether Finish changed anything.
+    /// Whether a visit changed anything.
     bool CanContinue() const { return m_changed; }
-    /// How many pixels Finish has made known.
+    /// How many pixels the visits have filled.
     std::int64_t GetFilledCount() const { return m_filledCount; }
 
     /// Whether the pixel is known: until Finish, when the pass began. Nothing outside maskRect is.
     bool IsKnown(int x, int y) const;
     /// Writes the mean of the first complete window into the picture; false if there is none.
     bool Inpaint(int x, int y) const;
-    void AddBoundPoint(int x, int y) const;
+    void AddBoundPoint(int x, int y) const { AddBounds(x, x, y); }
     /// Adds the channels of the picture's pixel under (x, y). Throws std::out_of_range outside it.
     void Add(int x, int y, int& a, int& r, int& g, int& b) const;
     /// Each value divided by n, truncated, as a low byte; 0 if n is 0.
     LXRGBA32i MakeColor(int a, int r, int g, int b, int n) const;
 
 private:
-    /// What a visit does to mask and band: the pixel leaves the band; if it was filled it becomes
-    /// known, and the neighbours still unknown come into the band.
-    struct Change {
-        int x, y;
-        bool filled;
-        std::uint32_t surroundings;
-    };
+    friend class LXInpaintIterative;
 
+    void AddBounds(int left, int right, int y) const {
+        m_bound[0] = std::min(m_bound[0], left);
+        m_bound[1] = std::max(m_bound[1], right);
+        m_bound[2] = std::min(m_bound[2], y);
+        m_bound[3] = std::max(m_bound[3], y);
+    }
     void Visit(int x, int y) const;
-    std::uint32_t Around(int x, int y) const;
-    bool Fill(int x, int y, std::uint32_t surroundings) const;
-    void Apply(const Change& change);
-    void MarkNeighbours(const Change& change);
-    QPoint InPicture(int x, int y) const;
+    Q_DECL_HIDDEN void VisitBand() const;
+    Q_DECL_HIDDEN void VisitRun(int x, int y, std::uint32_t band) const;
+    Q_DECL_HIDDEN void Fill(int x, int y, const Inpainting::Window& window) const;
+    Q_DECL_HIDDEN QPoint InPicture(int x, int y) const;
 
     Private* m_owner;
     mutable int m_bound[4]; ///< smallest and largest x, smallest and largest y
-    mutable std::vector<Change> m_changes;
-    bool m_changed = false;
-    std::int64_t m_filledCount = 0;
+    mutable bool m_changed = false;
+    mutable std::int64_t m_filledCount = 0;
 };

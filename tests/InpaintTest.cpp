@@ -232,7 +232,12 @@ TEST(InpaintIterative, EachPassIsThatOfTheReference) {
             rect.bottom -= int(holes.Below(unsigned(height - rect.top)));
         }
         const int dx = int(holes.Below(100)) - rect.left, dy = int(holes.Below(9)) - rect.top;
-        const Words before = holes.Picture(rect.right + dx + 5, rect.bottom + dy + 5);
+        // Now and then the picture ends before the hole: passes that need what is beyond end there.
+        const bool cut = seed % 7 == 0;
+        const int wide = rect.right + dx + 5, high = rect.bottom + dy + 5;
+        const Words before = holes.Picture(cut ? 1 + int(holes.Below(unsigned(wide))) : wide,
+                                           cut ? 1 + int(holes.Below(unsigned(high))) : high);
+        const LogCapture log;
         Words expected = before, backwards = before;
         Reference::BandInpaint reference(expected, mask, rect, dx, dy);
         Reference::BandInpaint reversed(backwards, mask, rect, dx, dy);
@@ -246,7 +251,9 @@ TEST(InpaintIterative, EachPassIsThatOfTheReference) {
             reversed.Pass(Reference::Order::Backwards);
             ASSERT_EQ(inpaint(), more) << "seed " << seed;
             ASSERT_TRUE(Same(image, expected)) << "seed " << seed;
-            ASSERT_EQ(expected.pixels, backwards.pixels) << "the order of the visits matters";
+            if (!cut) {
+                ASSERT_EQ(expected.pixels, backwards.pixels) << "the order of the visits matters";
+            }
         }
         EXPECT_FALSE(inpaint());
         ASSERT_TRUE(Same(given, mask));
@@ -334,27 +341,21 @@ TEST(InpaintIterative, LogsPixelsThatAreNotInThePicture) {
     }
 }
 
-/// In a lattice of lone pixels all edges cancel, and the band is nothing but them: it needs tiles.
-TEST(InpaintIterative, LatticesNeedTilesAndSaySo) {
+/// In a lattice of lone pixels all edges cancel, and the band is nothing but them.
+TEST(InpaintIterative, LatticesAreFilled) {
+    const TestPool pool;
     Words mask(384, 300), picture = Holes(7).Picture(384, 300);
     for (int y = 0; y < 300; y += 2)
         for (int x = 0; x < 384; x += 2)
             mask.At(x, y) = Hole;
-    Words expected = picture;
-    Reference::BandInpaint reference(expected, mask, {0, 0, 383, 299}, 0, 0);
-    while (reference.Pass(Reference::Order::Tiles)) {
+    Image image = ToTiles(picture);
+    LXInpaintIterative inpaint(image, ToTiles(mask), LXImageRect(image), LXImageRect(image));
+    Reference::BandInpaint reference(picture, mask, {0, 0, 383, 299}, 0, 0);
+    for (bool more = true; more;) {
+        more = reference.Pass(Reference::Order::Tiles);
+        ASSERT_EQ(inpaint(), more);
     }
-    SweepExhaustion([&] { return std::pair(ToTiles(picture), ToTiles(mask)); },
-                    [](std::pair<Image, Image>& images) {
-                        const QRect all = LXImageRect(images.first);
-                        LXInpaintIterative inpaint(images.first, images.second, all, all);
-                        while (inpaint()) {
-                        }
-                    },
-                    [&](const std::pair<Image, Image>& images, const ExhaustionOutcome& outcome) {
-                        EXPECT_TRUE(outcome.threw || outcome.handlerCalls > 0 ||
-                                    Same(images.first, expected));
-                    });
+    EXPECT_TRUE(Same(image, picture));
 }
 
 TEST(InpaintIterative, RunsOutOfTilesCleanly) {
@@ -396,7 +397,7 @@ TEST(InpaintIterative, RunsOutOfTilesCleanly) {
             EXPECT_TRUE(line.contains(QStringLiteral("line=851"))) << qPrintable(line);
         EXPECT_EQ(outcome.threw || !outcome.log.isEmpty(), outcome.handlerCalls > 0);
     };
-    EXPECT_GT(SweepExhaustion(make, operate, check), 8U);
+    EXPECT_EQ(SweepExhaustion(make, operate, check), 4U) << "one for each tile that is written";
 }
 
 TEST(DistanceInpaint, FieldAndFiller) {

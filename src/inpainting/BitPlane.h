@@ -1,29 +1,41 @@
 #pragma once
 
+#include "inpainting/Runs.h"
 #include "inpainting/Windows.h"
 
+#include <QtCore/QRect>
+
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
 namespace Inpainting {
 
-/// A set of pixels, one bit for each of a picture; empty at first. Pixels up to two outside the
-/// picture may be asked for, and are never in it.
+/// A set of pixels of an area, one bit for each; empty at first. Pixels up to two outside the area
+/// may be asked for, and are never in it.
 class BitPlane {
 public:
-    BitPlane(int width, int height)
-        : m_width(width), m_stride((std::size_t(width) + 2 * Margin) / 8 + sizeof(Bits)),
-          m_bytes(m_stride * (std::size_t(height) + 2 * Margin)) {}
+    explicit BitPlane(const QRect& area)
+        : m_area(area), m_stride((area.width() + 2 * RunLength) / 8 + int(sizeof(WideRun))),
+          m_origin((area.top() - Margin) * m_stride + (RunStart(area.left()) - WideMargin) / 8),
+          m_bytes(std::size_t(m_stride * (area.height() + 2 * Margin))) {}
+
+    bool Contains(int x, int y) const {
+        return x >= m_area.left() && x <= m_area.right() && y >= m_area.top() &&
+               y <= m_area.bottom();
+    }
 
     bool Has(int x, int y) const { return (At(x, y)[0] >> Shift(x) & 1) != 0; }
     void Add(int x, int y) { At(x, y)[0] |= static_cast<std::uint8_t>(1U << Shift(x)); }
     void Remove(int x, int y) { At(x, y)[0] &= static_cast<std::uint8_t>(~(1U << Shift(x))); }
-    void AddRow(int y) {
-        for (int x = 0; x < m_width; ++x)
-            if (Shift(x) == 0 && x + 8 <= m_width)
-                At(x, y)[0] = 0xFF, x += 7;
-            else
-                Add(x, y);
+
+    void AddAll() {
+        for (int y = m_area.top(); y <= m_area.bottom(); ++y)
+            for (int x = m_area.left(); x <= m_area.right(); ++x)
+                if (Shift(x) == 0 && x + 7 <= m_area.right())
+                    At(x, y)[0] = 0xFF, x += 7;
+                else
+                    Add(x, y);
     }
 
     /// Which pixels around one are in the set.
@@ -31,42 +43,54 @@ public:
         const std::uint8_t* bytes = At(x - Margin, y - Margin);
         Surroundings found = 0;
         for (int row = 0; row < 25; row += 5, bytes += m_stride)
-            found |= (Load(bytes) >> Shift(x - Margin) & 31) << row;
+            found |= (Load<Surroundings>(bytes) >> Shift(x - Margin) & 31) << row;
         return found;
     }
 
-    /// The same, of those that are asked for; and takes them out of the set.
-    Surroundings TakeAround(int x, int y, Surroundings wanted) {
-        const unsigned int shift = Shift(x - Margin);
-        std::uint8_t* bytes = At(x - Margin, y - Margin);
-        Surroundings found = 0;
-        for (int row = 0; row < 25; row += 5, bytes += m_stride) {
-            const Bits bits = Load(bytes), taken = (bits >> shift) & (wanted >> row) & 31;
-            const Bits left = bits & ~(taken << shift);
-            std::memcpy(bytes, &left, sizeof left);
-            found |= taken << row;
+    /// Those of the run that begins at x.
+    Run Get(int x, int y) const { return Load<Run>(At(x, y)); }
+    void Put(int x, int y, Run run) { Store(At(x, y), run); }
+    WideRun GetWide(int x, int y) const { return Load<WideRun>(At(x - WideMargin, y)); }
+    void PutWide(int x, int y, WideRun run) { Store(At(x - WideMargin, y), run); }
+
+    /// visit(x, run) for the runs with pixels first .. last of a row that are in the set: these
+    /// only.
+    template <class Visit>
+    void ForRuns(int first, int last, int y, Visit visit) const {
+        const std::uint8_t* bytes = At(RunStart(first), y);
+        for (int x = RunStart(first); x <= last; x += RunLength, bytes += sizeof(Run)) {
+            Run found = Load<Run>(bytes);
+            if (found == 0)
+                continue;
+            found &= ~Run(0) << std::max(first - x, 0);
+            found &= ~Run(0) >> std::max(x + RunLength - 1 - last, 0);
+            if (found != 0)
+                visit(x, found);
         }
-        return found;
     }
 
 private:
-    using Bits = std::uint32_t;
     static constexpr int Margin = 2;
 
-    static Bits Load(const std::uint8_t* bytes) {
-        Bits bits;
-        std::memcpy(&bits, bytes, sizeof bits);
-        return bits;
+    template <class Word>
+    static Word Load(const std::uint8_t* bytes) {
+        Word word;
+        std::memcpy(&word, bytes, sizeof word);
+        return word;
     }
-    static unsigned int Shift(int x) { return unsigned(x + Margin) & 7; }
-    std::size_t Index(int x, int y) const {
-        return std::size_t(y + Margin) * m_stride + std::size_t(x + Margin) / 8;
+    template <class Word>
+    static void Store(std::uint8_t* bytes, Word word) {
+        std::memcpy(bytes, &word, sizeof word);
     }
+
+    static unsigned int Shift(int x) { return unsigned(x) & 7; }
+    /// Rows of whole runs, with the margins that they and windows reach into.
+    std::ptrdiff_t Index(int x, int y) const { return y * m_stride + (x >> 3) - m_origin; }
     const std::uint8_t* At(int x, int y) const { return m_bytes.data() + Index(x, y); }
     std::uint8_t* At(int x, int y) { return m_bytes.data() + Index(x, y); }
 
-    int m_width;
-    std::size_t m_stride;
+    QRect m_area;
+    std::ptrdiff_t m_stride, m_origin;
     std::vector<std::uint8_t> m_bytes;
 };
 

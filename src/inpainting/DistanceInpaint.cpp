@@ -49,7 +49,7 @@ void LXInpaint::initializeField() {
     QImage field = NewARGB32(m_private->image->size());
     for (int y = 0; y < field.height(); ++y)
         for (int x = 0; x < field.width(); ++x)
-            Words(field, y)[x] = BitsOf(m_private->known.Has(x, y) ? 0 : Far);
+            Words(field, y)[x] = BitsOf(m_private->hole.known.Has(x, y) ? 0 : Far);
     m_private->distanceField = field;
 }
 

@@ -1,35 +1,20 @@
 #pragma once
 
 #include "LXInpaint.h"
-#include "inpainting/BitPlane.h"
+#include "inpainting/Hole.h"
 #include "inpainting/Words.h"
 
-#include <QtCore/QPoint>
 #include <QtCore/QRect>
 #include <QtGui/QImage>
 
 #include <array>
-#include <vector>
 
-/// Mask and band, as sets of pixels.
-///
-/// Literally, each pass tries all unknown pixels of the band. But one that could not be filled can
-/// only be once something near it has been. So a pass tries those that are new in the band, and
-/// those with a pixel of the last layer around them. Known pixels of the band do not matter: a pass
-/// only clears them from it.
+/// Mask and band are those of a hole.
 struct Q_DECL_HIDDEN LXInpaint::Private {
-    explicit Private(QImage& picture);
+    explicit Private(QImage& picture) : image(&picture), hole(picture.rect()) {}
 
-    /// What is known at first.
-    void SetMask(const QImage& mask);
-    /// The first band, and its bounds, which no pass looks beyond.
-    void SetBand(const QImage& band, const QRect& rect);
-
-    /// Of an unknown pixel, whether it is a hole by itself.
-    bool IsLone(int x, int y) const;
-
-    /// One pass over the pixels of the image.
-    void FillLayer(const Inpainting::Pixels& pixels);
+    /// One pass over the pixels of the image; whether it filled some.
+    bool FillLayer(const Inpainting::Pixels& pixels);
     /// For a pixel of the image. It does not become known by that.
     bool Fill(int x, int y, const Inpainting::Pixels& pixels) const;
 
@@ -38,13 +23,11 @@ struct Q_DECL_HIDDEN LXInpaint::Private {
     Colour CarriedOn(int i, int j, int di, int dj) const;
 
     bool Contains(int x, int y) const;
-    bool Knows(int x, int y) const { return Contains(x, y) && known.Has(x, y); }
+    bool Knows(int x, int y) const { return Contains(x, y) && hole.known.Has(x, y); }
     QRgb PixelAt(int x, int y) const; ///< 0 outside the image
 
     QImage* image;
-    Inpainting::BitPlane known;
-    Inpainting::BitPlane outside; ///< unknown, and not in the band
-    Inpainting::BitPlane waiting; ///< in the band, and tried in vain
-    std::vector<QPoint> toTry;    ///< in the band
+    Inpainting::Hole hole;
+    QRect bandRect; ///< the bounds of the first band: no pass looks beyond
     QImage distanceField;
 };

@@ -6,8 +6,6 @@
 #include "inpainting/InpaintPrivate.h"
 #include "inpainting/Words.h"
 
-#include <QtCore/QtAlgorithms>
-
 #include <algorithm>
 
 /// LXInpaint from the mask to the last layer. Its other filler is in DistanceInpaint.cpp.
@@ -20,25 +18,26 @@ constexpr QRgb Green = 0xFF00;
 
 } // namespace
 
-LXInpaint::Private::Private(QImage& picture)
-    : image(&picture), known(picture.width(), picture.height()),
-      outside(picture.width(), picture.height()), waiting(picture.width(), picture.height()) {}
-
 LXInpaint::LXInpaint(QImage& image) : m_private(new Private(image)) {
     const QImage mask = makeMask(image), band = gradient(mask);
-    m_private->SetMask(mask);
-    m_private->SetBand(band, maskRect(band, QRect()));
+    Hole& hole = m_private->hole;
+    for (int y = 0; y < mask.height(); ++y) {
+        hole.Open(ConstWords(mask, y), 0, y, mask.width());
+        hole.AddToBand(ConstWords(band, y), 0, y, mask.width());
+    }
+    hole.AddLone();
+    m_private->bandRect = maskRect(band, QRect());
     image = LXWalkDetail::AsARGB32(image);
 }
 
 LXInpaint::~LXInpaint() = default;
 
 void LXInpaint::operator()(int) {
-    if (m_private->toTry.empty())
+    if (m_private->bandRect.isEmpty())
         return;
     const Pixels pixels = OwnPixels(*m_private->image);
-    while (!m_private->toTry.empty())
-        m_private->FillLayer(pixels);
+    while (m_private->FillLayer(pixels)) {
+    }
 }
 
 QImage LXInpaint::makeMask(const QImage& image) const {
@@ -110,33 +109,4 @@ bool LXInpaint::Private::Contains(int x, int y) const {
 
 QRgb LXInpaint::Private::PixelAt(int x, int y) const {
     return Contains(x, y) ? ConstWords(*image, y)[x] : 0;
-}
-
-void LXInpaint::Private::SetMask(const QImage& mask) {
-    const int width = mask.width(), height = mask.height();
-    for (int y = 0; y < height; ++y) {
-        const QRgb* const marks = ConstWords(mask, y);
-        known.AddRow(y);
-        for (int x = 0; x < width; ++x)
-            if (!IsKnownMark(marks[x]))
-                known.Remove(x, y);
-    }
-}
-
-bool LXInpaint::Private::IsLone(int x, int y) const {
-    return known.Has(x - 1, y) && IsSurrounded(known.Around(x, y));
-}
-
-void LXInpaint::Private::SetBand(const QImage& band, const QRect& rect) {
-    for (int y = rect.top(); y <= rect.bottom(); ++y) {
-        const QRgb* const marks = ConstWords(band, y);
-        for (int x = rect.left(); x <= rect.right(); ++x) {
-            if (known.Has(x, y))
-                continue;
-            if (qAlpha(marks[x]) == 255 || IsLone(x, y))
-                toTry.emplace_back(x, y);
-            else
-                outside.Add(x, y);
-        }
-    }
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QtCore/QtAlgorithms>
+#include "inpainting/Runs.h"
 
-#include <cstdint>
+#include <array>
 
 /// How a hole grows together: a pixel is filled with the mean of the eight others of a 3 x 3 window
 /// that it lies in, as soon as these are all known. Both inpaintings choose the window here; they
@@ -27,70 +27,60 @@ constexpr void ForOthers(int centreX, int centreY, Visit visit) {
                 visit(dx, dy);
 }
 
+/// A 3 x 3 window, by its centre as seen from the pixel.
 struct Window {
-    int centreX, centreY; ///< seen from the pixel
-    Surroundings others;
-
-    constexpr Window(int x, int y) : centreX(x), centreY(y), others(0) {
-        Surroundings bits = 0;
-        ForOthers(x, y, [&bits](int dx, int dy) { bits |= Bit(dx, dy); });
-        others = bits;
-    }
+    int centreX, centreY;
 };
 
 /// In the order in which they are tried: the pixel in the middle of its window, of its bottom, top,
 /// right and left side, and at its bottom right, bottom left, top left and top right corner.
-constexpr Window Windows[] = {{0, 0},   {0, -1}, {0, 1}, {-1, 0}, {1, 0},
-                              {-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
-
-constexpr Surroundings AllAround = (Surroundings(1) << 25) - 1;
+inline constexpr Window Windows[] = {{0, 0},   {0, -1}, {0, 1}, {-1, 0}, {1, 0},
+                                     {-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
 
 /// The eight pixels next to one.
-constexpr Surroundings Neighbours = Windows[0].others;
+constexpr Surroundings Neighbours = [] {
+    Surroundings bits = 0;
+    ForOthers(0, 0, [&bits](int dx, int dy) { bits |= Bit(dx, dy); });
+    return bits;
+}();
 
-/// The first window that is known but for the pixel itself, or null. All are looked at, as which it
-/// will be is hard for the processor to predict.
+/// The index of the first window in each set of windows: (centreX, centreY) is bit
+/// 3 (centreY + 1) + centreX + 1 of it.
+inline constexpr auto FirstWindows = [] {
+    std::array<std::uint8_t, 512> first = {};
+    for (unsigned int set = 1; set < first.size(); ++set)
+        while ((set >> (3 * (Windows[first[set]].centreY + 1) + Windows[first[set]].centreX + 1) &
+                1) == 0)
+            ++first[set];
+    return first;
+}();
+
+/// The first window that is known but for the pixel itself, or null.
 inline const Window* FindWindow(Surroundings known) {
-    unsigned int complete = 0, bit = 1;
-    for (const Window& window : Windows) {
-        complete |= (known & window.others) == window.others ? bit : 0;
-        bit *= 2;
-    }
-    return complete != 0 ? &Windows[qCountTrailingZeroBits(complete)] : nullptr;
+    // Bit by bit, whether three in a row are known, and then three such rows: a bit of `squares`
+    // stands for the square below and to the right of it.
+    const Surroundings all = known | Bit(0, 0), rows = all & all >> 1 & all >> 2;
+    const Surroundings squares = rows & rows >> 5 & rows >> 10;
+    const Surroundings windows = (squares & 7) | (squares >> 2 & 7 << 3) | (squares >> 4 & 7 << 6);
+    return windows != 0 ? &Windows[FirstWindows[windows]] : nullptr;
 }
 
-/// The channels of pixels, summed side by side in two words.
-class ChannelSums {
-public:
-    /// A pixel as a word; up to 256 of them.
-    void Add(std::uint32_t pixel) {
-        m_even += pixel & Even;
-        m_odd += pixel >> 8 & Even;
-    }
-    void Remove(std::uint32_t pixel) {
-        m_even -= pixel & Even;
-        m_odd -= pixel >> 8 & Even;
-    }
-    /// Each sum plus `rounding`, shifted right by 3: 4 rounds the mean of eight, 0 truncates it.
-    std::uint32_t Eighth(std::uint32_t rounding) const {
-        const std::uint32_t each = rounding << 16 | rounding;
-        return ((m_even + each) >> 3 & Even) | ((m_odd + each) >> 3 & Even) << 8;
-    }
-
-private:
-    static constexpr std::uint32_t Even = 0x00FF00FF;
-    std::uint32_t m_even = 0, m_odd = 0;
-};
-
-/// A pixel of a mask is known if it is below 0xFF000000 as a word, whatever its colours.
-constexpr bool IsKnownMark(std::uint32_t word) {
-    return word < 0xFF000000;
+/// Which pixels of a row have a window, bit by bit, from what is known in five rows. The bits at
+/// the ends lack neighbours, and mean nothing.
+constexpr WideRun HaveWindow(WideRun above2, WideRun above, WideRun here, WideRun below,
+                             WideRun below2) {
+    const auto threes = [](WideRun row) { return row & row >> 1 & row >> 2; };
+    const WideRun a2 = threes(above2), a = threes(above), b = threes(below), b2 = threes(below2);
+    // The two other rows of a window; and the pixel as the first, the second and the third of its.
+    const WideRun others = (a2 & a) | (a & b) | (b & b2);
+    return (here >> 1 & here >> 2 & others) | (here << 1 & here >> 1 & others << 1) |
+           (here << 2 & here << 1 & others << 2);
 }
 
-/// Whether the eight neighbours are known. Such a hole of one pixel has no gradient in itself, so
-/// the band around the hole would never reach it.
-constexpr bool IsSurrounded(Surroundings known) {
-    return (known & Neighbours) == Neighbours;
+/// Which pixels of a row have eight known neighbours, from three rows.
+constexpr WideRun AreSurrounded(WideRun above, WideRun here, WideRun below) {
+    const auto aroundEach = [](WideRun row) { return row << 1 & row & row >> 1; };
+    return aroundEach(above) & here << 1 & here >> 1 & aroundEach(below);
 }
 
 } // namespace Inpainting

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "inpainting/WindowMean.h"
+
 #include <QtGui/QImage>
 
-#include <cstddef>
 #include <new>
 
 /// Rows of a QImage of 32 bits a pixel, as words.
@@ -22,14 +23,7 @@ inline QRgb* Words(QImage& image, int y) {
     return static_cast<QRgb*>(row);
 }
 
-/// All pixels of an image that nobody else shares.
-struct Pixels {
-    QRgb* first;
-    std::ptrdiff_t stride;
-    QRgb& At(int x, int y) const { return first[y * stride + x]; }
-};
-
-/// Detaches the image, as Words.
+/// All pixels of an image. Detaches it, as Words.
 inline Pixels OwnPixels(QImage& image) {
     return {Words(image, 0), image.bytesPerLine() / std::ptrdiff_t(sizeof(QRgb))};
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <stdexcept>
 
 namespace Reference {
 
@@ -26,21 +27,23 @@ bool WindowMean(const Words& image, int x, int y, int dx, int dy, int rounding, 
                 std::uint32_t& mean) {
     for (const auto& window : windows) {
         const int left = x + window[0], top = y + window[1];
+        const auto forOthers = [&](auto visit) {
+            for (int j = top; j < top + 3; ++j)
+                for (int i = left; i < left + 3; ++i)
+                    if (i != x || j != y)
+                        visit(i, j);
+        };
         bool complete = true;
-        int sums[4] = {0, 0, 0, 0};
-        for (int j = top; j < top + 3; ++j)
-            for (int i = left; i < left + 3; ++i) {
-                if (i == x && j == y)
-                    continue;
-                if (!known(i, j)) {
-                    complete = false;
-                    continue;
-                }
-                for (int c = 0; c < 4; ++c)
-                    sums[c] += Channel(image.At(i + dx, j + dy), 8 * c);
-            }
+        forOthers([&](int i, int j) { complete = complete && known(i, j); });
         if (!complete)
             continue;
+        int sums[4] = {0, 0, 0, 0};
+        forOthers([&](int i, int j) {
+            if (!image.Has(i + dx, j + dy))
+                throw std::out_of_range("picture");
+            for (int c = 0; c < 4; ++c)
+                sums[c] += Channel(image.At(i + dx, j + dy), 8 * c);
+        });
         mean = 0;
         for (int c = 0; c < 4; ++c)
             mean |= std::uint32_t((sums[c] + rounding) >> 3) << 8 * c;
@@ -158,6 +161,8 @@ bool BandInpaint::Pass(Order order) {
             band.At(x, y) = 0;
             changed = true;
         } else if (WindowMean(image, x, y, dx, dy, 0, known, mean)) {
+            if (!image.Has(x + dx, y + dy))
+                throw std::out_of_range("picture");
             image.At(x + dx, y + dy) = mean;
             changed = true;
             mask.At(x, y) = band.At(x, y) = 0;
@@ -177,16 +182,22 @@ bool BandInpaint::Pass(Order order) {
         minY = std::min(minY, y);
         maxY = std::max(maxY, y);
     };
-    if (order == Order::Backwards) {
-        for (int y = mask.height - 1; y >= 0; --y)
-            for (int x = mask.width - 1; x >= 0; --x)
-                visit(x, y);
-    } else {
-        for (int top = 0; top < mask.height; top += 128)
-            for (int left = 0; left < mask.width; left += 128)
-                for (int y = top; y < std::min(top + 128, mask.height); ++y)
-                    for (int x = left; x < std::min(left + 128, mask.width); ++x)
-                        visit(x, y);
+    const auto walk = [&] {
+        if (order == Order::Backwards) {
+            for (int y = mask.height - 1; y >= 0; --y)
+                for (int x = mask.width - 1; x >= 0; --x)
+                    visit(x, y);
+        } else {
+            for (int top = 0; top < mask.height; top += 128)
+                for (int left = 0; left < mask.width; left += 128)
+                    for (int y = top; y < std::min(top + 128, mask.height); ++y)
+                        for (int x = left; x < std::min(left + 128, mask.width); ++x)
+                            visit(x, y);
+        }
+    };
+    try {
+        walk();
+    } catch (const std::out_of_range&) { // the rest of the pass is left out
     }
     bandRect = minX <= maxX && minY <= maxY ? Bounds{minX, minY, maxX, maxY} : Bounds{0, 0, -1, -1};
     active = changed;

@@ -40,7 +40,8 @@ void InpaintLayers(Words& image);
 
 enum class Order { Tiles, Backwards };
 
-/// Fills through a mask, with truncated means, one pass a call.
+/// Fills through a mask, with truncated means, one pass a call. A pixel that is not in the picture
+/// ends the pass.
 struct BandInpaint {
     Words& image;
     Words mask, band;
