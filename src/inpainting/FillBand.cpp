@@ -1,5 +1,6 @@
 #include "LXTileAccess.h"
 #include "LXWrappingArithmetic.h"
+#include "core/Clones.h"
 #include "inpainting/BandInpaintPrivate.h"
 #include "inpainting/WindowMean.h"
 
@@ -37,7 +38,7 @@ QPoint Pass::InPicture(int x, int y) const {
     return {LXWrappingAdd(x, m_owner->offset.x()), LXWrappingAdd(y, m_owner->offset.y())};
 }
 
-void Pass::Fill(int x, int y, const Window& window) const {
+LX_CLONED void Pass::Fill(int x, int y, const Window& window) const {
     const QPoint at = InPicture(x, y);
     if (FillInTile(m_owner->written, *m_owner->image, at, window, 0)) // truncated, unlike LXInpaint
         return;
@@ -55,7 +56,7 @@ bool Pass::Inpaint(int x, int y) const {
     return window != nullptr;
 }
 
-void Pass::VisitRun(int x, int y, Run band) const {
+LX_CLONED void Pass::VisitRun(int x, int y, Run band) const {
     Hole& hole = m_owner->hole;
     Run rest = band & hole.Fillable(x, y);
     if (rest != 0)
