@@ -104,6 +104,8 @@ bool LXInpaintIterative::operator()() {
     IterateBandPixels pass(*this);
     LXWalkDetail::Guarded(*my.image, [&pass] { pass.VisitBand(); });
     pass.Finish();
+    // Without the neighbours that have just come into the band: they lie inside the hole, and so
+    // within the band around it.
     my.bandRect = pass.GetBandBoundRect();
     my.active = pass.CanContinue();
     my.filledCount += pass.GetFilledCount();

@@ -167,5 +167,5 @@ void LXInpaint::inpaint(int x, int y) {
     const auto channel = [&](std::size_t c) {
         return TruncateToInt(std::clamp(sums[c] / weights, 0.0, 255.0));
     };
-    Words(*m_private->image, y)[x] = qRgba(channel(1), channel(2), channel(3), channel(0));
+    m_private->OwnedPixels().At(x, y) = qRgba(channel(1), channel(2), channel(3), channel(0));
 }

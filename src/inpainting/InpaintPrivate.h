@@ -25,6 +25,8 @@ struct Q_DECL_HIDDEN LXInpaint::Private {
     bool Contains(int x, int y) const;
     bool Knows(int x, int y) const { return Contains(x, y) && hole.known.Has(x, y); }
     QRgb PixelAt(int x, int y) const; ///< 0 outside the image
+    /// To be written: the image is ARGB32 then, and shared with nobody.
+    Inpainting::Pixels OwnedPixels();
 
     QImage* image;
     Inpainting::Hole hole;

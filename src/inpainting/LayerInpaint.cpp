@@ -27,7 +27,6 @@ LXInpaint::LXInpaint(QImage& image) : m_private(new Private(image)) {
     }
     hole.AddLone();
     m_private->bandRect = maskRect(band, QRect());
-    image = LXWalkDetail::AsARGB32(image);
 }
 
 LXInpaint::~LXInpaint() = default;
@@ -35,7 +34,7 @@ LXInpaint::~LXInpaint() = default;
 void LXInpaint::operator()(int) {
     if (m_private->bandRect.isEmpty())
         return;
-    const Pixels pixels = OwnPixels(*m_private->image);
+    const Pixels pixels = m_private->OwnedPixels();
     while (m_private->FillLayer(pixels)) {
     }
 }
@@ -87,7 +86,7 @@ bool LXInpaint::IsKnown(int x, int y) const {
 }
 
 bool LXInpaint::inpaint0(int x, int y) {
-    return m_private->Contains(x, y) && m_private->Fill(x, y, OwnPixels(*m_private->image));
+    return m_private->Contains(x, y) && m_private->Fill(x, y, m_private->OwnedPixels());
 }
 
 void LXInpaint::sum(int x, int y, int& a, int& r, int& g, int& b) {
@@ -107,6 +106,13 @@ bool LXInpaint::Private::Contains(int x, int y) const {
     return x >= 0 && y >= 0 && x < image->width() && y < image->height();
 }
 
+Pixels LXInpaint::Private::OwnedPixels() {
+    *image = LXWalkDetail::AsARGB32(*image);
+    return OwnPixels(*image);
+}
+
 QRgb LXInpaint::Private::PixelAt(int x, int y) const {
-    return Contains(x, y) ? ConstWords(*image, y)[x] : 0;
+    if (!Contains(x, y))
+        return 0;
+    return image->format() == QImage::Format_ARGB32 ? ConstWords(*image, y)[x] : image->pixel(x, y);
 }
