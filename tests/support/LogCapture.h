@@ -32,13 +32,9 @@ private:
         static QMutex mutex;
         const QMutexLocker lock(&mutex);
         Lines().append(line);
-        Contexts().append(
-            QStringLiteral("%1 %2 %3 %4 %5")
-                .arg(int(type))
-                .arg(QString::fromLatin1(context.category),
-                     context.file ? QStringLiteral("file") : QStringLiteral("-"),
-                     context.function ? QStringLiteral("function") : QStringLiteral("-"))
-                .arg(context.line));
+        Contexts().append(QString::asprintf("%d %s %s %s %d", int(type), context.category,
+                                            context.file ? "file" : "-",
+                                            context.function ? "function" : "-", context.line));
     }
 
     QtMessageHandler m_previous;

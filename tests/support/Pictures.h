@@ -29,6 +29,21 @@ private:
     std::mt19937 m_engine;
 };
 
+/// The image whose pixel at (x, y) is `colour(x, y)`, called row by row.
+template <class Image = LXImageRGBA32i, class Colour>
+Image MakeImage(unsigned int width, unsigned int height, Colour colour) {
+    Image image(width, height);
+    for (int y = 0; y < int(height); ++y)
+        for (int x = 0; x < int(width); ++x)
+            image.SetColor(x, y, colour(x, y));
+    return image;
+}
+
+inline LXImageRGBA32i RandomImage(unsigned int width, unsigned int height, unsigned int seed) {
+    RandomPixels random(seed);
+    return MakeImage(width, height, [&](int, int) { return random.Pixel(); });
+}
+
 inline QImage RandomQImage(int width, int height, unsigned int seed) {
     RandomPixels random(seed);
     QImage image(width, height, QImage::Format_ARGB32);
@@ -40,30 +55,42 @@ inline QImage RandomQImage(int width, int height, unsigned int seed) {
     return image;
 }
 
-inline LXImageRGBA32i RandomImage(unsigned int width, unsigned int height, unsigned int seed) {
-    RandomPixels random(seed);
-    LXImageRGBA32i image(width, height);
-    for (unsigned int y = 0; y < height; ++y)
-        for (unsigned int x = 0; x < width; ++x)
-            image.SetColor(int(x), int(y), random.Pixel());
-    return image;
+inline QSize SizeOf(const QImage& picture) {
+    return picture.size();
 }
 
-/// Equal in size and in each pixel; a failure names the first one that differs.
 template <class Pixel, unsigned int W, unsigned int H>
-testing::AssertionResult SamePixels(const LXImage<Pixel, W, H>& a, const LXImage<Pixel, W, H>& b) {
-    if (a.GetWidth() != b.GetWidth() || a.GetHeight() != b.GetHeight())
+QSize SizeOf(const LXImage<Pixel, W, H>& image) {
+    return QSize(int(image.GetWidth()), int(image.GetHeight()));
+}
+
+inline std::vector<LXRGBA32i> RowOf(const QImage& picture, int y) {
+    std::vector<LXRGBA32i> row(std::size_t(picture.width()));
+    std::memcpy(row.data(), picture.constScanLine(y), row.size() * 4);
+    return row;
+}
+
+template <class Pixel, unsigned int W, unsigned int H>
+std::vector<Pixel> RowOf(const LXImage<Pixel, W, H>& image, int y) {
+    std::vector<Pixel> row(image.GetWidth());
+    image.ReadLine(unsigned(y), reinterpret_cast<unsigned char*>(row.data()),
+                   unsigned(row.size() * sizeof(Pixel)));
+    return row;
+}
+
+/// Equal in size and in each pixel, of images and QImages of the same kind of pixel; a failure
+/// names the first one that differs.
+template <class A, class B>
+testing::AssertionResult SamePixels(const A& a, const B& b) {
+    if (SizeOf(a) != SizeOf(b))
         return testing::AssertionFailure() << "sizes differ";
-    const unsigned int bytes = a.GetWidth() * unsigned(sizeof(Pixel));
-    std::vector<unsigned char> rowA(bytes), rowB(bytes);
-    for (unsigned int y = 0; y < a.GetHeight(); ++y) {
-        a.ReadLine(y, rowA.data(), bytes);
-        b.ReadLine(y, rowB.data(), bytes);
-        for (unsigned int i = 0; i < bytes; ++i)
-            if (rowA[i] != rowB[i])
+    for (int y = 0; y < SizeOf(a).height(); ++y) {
+        const auto rowA = RowOf(a, y), rowB = RowOf(b, y);
+        for (std::size_t x = 0; x < rowA.size(); ++x)
+            if (std::memcmp(&rowA[x], &rowB[x], sizeof rowA[x]) != 0)
                 return testing::AssertionFailure()
-                       << "pixel (" << i / sizeof(Pixel) << ", " << y << ") byte "
-                       << i % sizeof(Pixel) << ": " << int(rowA[i]) << " and " << int(rowB[i]);
+                       << "pixel (" << x << ", " << y << "): " << testing::PrintToString(rowA[x])
+                       << " and " << testing::PrintToString(rowB[x]);
     }
     return testing::AssertionSuccess();
 }

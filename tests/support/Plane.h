@@ -59,37 +59,26 @@ inline QImage PictureOf(const Plane& plane) {
     return picture;
 }
 
-inline Plane PlaneOf(const LXImageRGBA32i& image) {
-    Plane plane(int(image.GetWidth()), int(image.GetHeight()));
-    for (int y = 0; y < plane.height; ++y)
-        image.ReadLine(unsigned(y), reinterpret_cast<unsigned char*>(plane.Row(y)),
-                       image.GetWidth() * 4);
+inline QSize SizeOf(const Plane& plane) {
+    return plane.Rect().size();
+}
+
+inline std::vector<LXRGBA32i> RowOf(const Plane& plane, int y) {
+    return {plane.Row(y), plane.Row(y) + plane.width};
+}
+
+template <class Picture>
+Plane PlaneOf(const Picture& picture) {
+    Plane plane(SizeOf(picture).width(), SizeOf(picture).height());
+    for (int y = 0; y < plane.height; ++y) {
+        const std::vector<LXRGBA32i> row = RowOf(picture, y);
+        std::copy(row.begin(), row.end(), plane.Row(y));
+    }
     return plane;
 }
 
-inline Plane PlaneOf(const QImage& picture) {
-    Plane plane(picture.width(), picture.height());
-    for (int y = 0; y < plane.height; ++y)
-        std::memcpy(plane.Row(y), picture.constScanLine(y), std::size_t(plane.width) * 4);
-    return plane;
-}
-
-/// Equal in size and in each pixel; a failure names the first one that differs.
 inline testing::AssertionResult Same(const Plane& a, const Plane& b) {
-    if (a.width != b.width || a.height != b.height)
-        return testing::AssertionFailure() << "sizes differ: " << a.width << " x " << a.height
-                                           << " and " << b.width << " x " << b.height;
-    for (int y = 0; y < a.height; ++y)
-        for (int x = 0; x < a.width; ++x) {
-            const LXRGBA32i p = a.At(x, y), q = b.At(x, y);
-            if (!(p == q))
-                return testing::AssertionFailure()
-                       << "pixel (" << x << ", " << y << "), blue green red alpha: " << int(p.blue)
-                       << " " << int(p.green) << " " << int(p.red) << " " << int(p.alpha) << " and "
-                       << int(q.blue) << " " << int(q.green) << " " << int(q.red) << " "
-                       << int(q.alpha);
-        }
-    return testing::AssertionSuccess();
+    return SamePixels(a, b);
 }
 
 } // namespace Reference
