@@ -1,7 +1,6 @@
 #pragma once
 
-#include "LXColorTransformBase.h"
-#include "LXImage.h"
+#include "Pictures.h"
 
 #include <QtGui/QImage>
 #include <QtGui/QTransform>
@@ -38,21 +37,6 @@ constexpr double Epsilon = 2.220446049250313e-16;
 
 // ---- sampling -----------------------------------------------------------------------------------
 
-/// The place in the source of a destination pixel, if it lies in it.
-struct Place {
-    Place(const Image& source, const QTransform& inverse, int x, int y) {
-        inverse.map(x + 0.5, y + 0.5, &sx, &sy);
-        if (sx < -Epsilon || sy < -Epsilon)
-            return;
-        ix = Int(sx + Epsilon), iy = Int(sy + Epsilon);
-        isInside =
-            ix >= 0 && iy >= 0 && ix < int(source.GetWidth()) && iy < int(source.GetHeight());
-    }
-    double sx, sy;
-    int ix = 0, iy = 0;
-    bool isInside = false;
-};
-
 inline LXRGBA32i Clamped(const Image& source, int x, int y) {
     return source.GetColor(std::clamp(x, 0, int(source.GetWidth()) - 1),
                            std::clamp(y, 0, int(source.GetHeight()) - 1));
@@ -72,57 +56,58 @@ inline LXRGBA32i Cubic(const LXRGBA32i* p, double t) {
 
 using Sample = std::optional<LXRGBA32i>;
 
-inline Sample Nearest(const Image& source, const QTransform& inverse, int x, int y) {
-    const Place place(source, inverse, x, y);
-    if (!place.isInside)
+/// What `combine(sx, sy)` makes of the place in the source of a destination pixel, if it lies in
+/// it.
+template <class Combine>
+Sample Sampled(const Image& source, const QTransform& inverse, int x, int y, Combine combine) {
+    double sx, sy;
+    inverse.map(x + 0.5, y + 0.5, &sx, &sy);
+    if (sx < -Epsilon || sy < -Epsilon ||
+        !QRect(QPoint(), SizeOf(source)).contains(Int(sx + Epsilon), Int(sy + Epsilon)))
         return {};
-    return source.GetColor(place.ix, place.iy);
+    return combine(sx, sy);
 }
 
-template <class Combine>
-Sample Interpolated(const Image& source, const QTransform& inverse, int x, int y, Combine combine) {
-    const Place place(source, inverse, x, y);
-    if (!place.isInside)
-        return {};
-    const int ix = Int(place.sx + Epsilon - 0.5), iy = Int(place.sy + Epsilon - 0.5);
-    return combine(ix, iy, place.sx - ix - 0.5, place.sy - iy - 0.5);
+inline Sample Nearest(const Image& source, const QTransform& inverse, int x, int y) {
+    return Sampled(source, inverse, x, y, [&](double sx, double sy) {
+        return source.GetColor(Int(sx + Epsilon), Int(sy + Epsilon));
+    });
 }
 
 inline Sample Bilinear(const Image& source, const QTransform& inverse, int x, int y) {
-    return Interpolated(source, inverse, x, y, [&](int ix, int iy, double fx, double fy) {
+    return Sampled(source, inverse, x, y, [&](double sx, double sy) {
+        const int ix = Int(sx + Epsilon - 0.5), iy = Int(sy + Epsilon - 0.5);
         const auto row = [&](int j) {
-            return Line(Clamped(source, ix, iy + j), Clamped(source, ix + 1, iy + j), fx);
+            return Line(Clamped(source, ix, iy + j), Clamped(source, ix + 1, iy + j),
+                        sx - ix - 0.5);
         };
-        return Line(row(0), row(1), fy);
+        return Line(row(0), row(1), sy - iy - 0.5);
     });
 }
 
 inline Sample Bicubic(const Image& source, const QTransform& inverse, int x, int y) {
-    return Interpolated(source, inverse, x, y, [&](int ix, int iy, double fx, double fy) {
-        LXRGBA32i rows[4];
+    return Sampled(source, inverse, x, y, [&](double sx, double sy) {
+        const int ix = Int(sx + Epsilon - 0.5), iy = Int(sy + Epsilon - 0.5);
+        LXRGBA32i rows[4], pixels[4];
         for (int j = 0; j < 4; ++j) {
-            LXRGBA32i pixels[4];
             for (int i = 0; i < 4; ++i)
                 pixels[i] = Clamped(source, ix - 1 + i, iy - 1 + j);
-            rows[j] = Cubic(pixels, fx);
+            rows[j] = Cubic(pixels, sx - ix - 0.5);
         }
-        return Cubic(rows, fy);
+        return Cubic(rows, sy - iy - 0.5);
     });
 }
 
 /// One box blur along rows or columns, by window sums with the border repeated.
 inline Image BoxBlur(const Image& source, int radius, bool alongX) {
-    Image result(source.GetWidth(), source.GetHeight());
-    for (int y = 0; y < int(source.GetHeight()); ++y)
-        for (int x = 0; x < int(source.GetWidth()); ++x)
-            result.SetColor(x, y, EachChannel([&](auto channel) {
-                                int sum = 0;
-                                for (int k = -radius; k <= radius; ++k)
-                                    sum += Clamped(source, alongX ? x + k : x, alongX ? y : y + k).*
-                                           channel;
-                                return std::uint8_t(sum / (2 * radius + 1));
-                            }));
-    return result;
+    return MakeImage(source.GetWidth(), source.GetHeight(), [&](int x, int y) {
+        return EachChannel([&](auto channel) {
+            int sum = 0;
+            for (int k = -radius; k <= radius; ++k)
+                sum += Clamped(source, alongX ? x + k : x, alongX ? y : y + k).*channel;
+            return std::uint8_t(sum / (2 * radius + 1));
+        });
+    });
 }
 
 // ---- views --------------------------------------------------------------------------------------
@@ -134,45 +119,35 @@ inline double Adjust(double value, double scale) {
     return Int(t) * step;
 }
 
+/// Where a walk in integers begins: `position`, and the `error` of `scaled` steps for the length.
+struct IntegerStart {
+    IntegerStart(double start, double scale, int length) {
+        const double half = 1 / scale * 0.5;
+        scaled = Int(length * scale + half);
+        position = Int(start < 0 ? start - half : start + half);
+        const double fraction = start < 0 ? start - position + 1 : start - position;
+        error = Int(scaled * Adjust(fraction, scale) + half);
+        const int carry = start < 0 && error >= scaled ? 1 : !(start < 0) && error < 0 ? -1 : 0;
+        position += carry;
+        error -= carry * scaled;
+    }
+    int scaled, position, error;
+};
+
 /// The source position that each of `count` view pixels shows, until the walk stops. -1 where the
 /// view pixel stays.
 inline std::vector<int> IntegerLine(double start, double scale, int length, int count,
                                     int firstTile, int lastTile) {
-    const double step = 1 / scale, half = step * 0.5;
-    const int S = Int(length * scale + half), Q = length / S, R = length % S;
-    int n, e;
-    if (start < 0) {
-        n = Int(start - half);
-        e = Int(S * Adjust(start - n + 1, scale) + half);
-        if (e >= S) {
-            e -= S;
-            ++n;
-        }
-    } else {
-        n = Int(start + half);
-        e = Int(S * Adjust(start - n, scale) + half);
-        if (e < 0) {
-            e += S;
-            --n;
-        }
-    }
+    auto [S, n, e] = IntegerStart(start, scale, length);
+    const int Q = length / S, R = length % S;
     const int low = 128 * firstTile;
     const int high = std::max(low, std::min(128 * lastTile + 128, length - 1));
     std::vector<int> shown;
-    for (int i = 0; i < count; ++i) {
-        if (n >= low && n <= high)
-            shown.push_back(n);
-        else if (n >= high)
-            break;
-        else
-            shown.push_back(-1);
-        if (e + R < S) {
-            n += Q;
-            e += R;
-        } else {
-            n += Q + 1;
-            e += R - S;
-        }
+    for (int i = 0; i < count && n <= high; ++i) {
+        shown.push_back(n >= low ? n : -1);
+        const int carry = e + R < S ? 0 : 1;
+        n += Q + carry;
+        e += R - carry * S;
     }
     return shown;
 }
@@ -188,20 +163,14 @@ inline std::vector<int> FloatLine(float start, double scale, int length, int cou
     const float high = float(std::min(128 * lastTile + 128, length));
     float P = start;
     std::vector<int> shown;
-    for (int i = 0; i < count; ++i) {
-        if (P >= low && P < high)
-            shown.push_back(int(P - low) + 128 * firstTile);
-        else if (P >= high)
-            break;
-        else
-            shown.push_back(-1);
-        float next = P + Q;
+    for (int i = 0; i < count && !(P >= high); ++i) {
+        shown.push_back(P >= low ? int(P - low) + 128 * firstTile : -1);
+        P += Q;
         E += R;
         if (E >= S) {
             E -= S;
-            next += 1;
+            P += 1;
         }
-        P = next;
     }
     return shown;
 }
@@ -220,19 +189,10 @@ inline int FloorDivide(int a, int b) {
 /// The tile columns of a view that works in integers.
 inline std::pair<int, int> IntegerTiles(const Image& source, double start, double scale,
                                         int width) {
-    // The start of the walk, seen through limits that let everything pass.
-    const double half = 1 / scale * 0.5;
-    const int length = int(source.GetWidth());
-    const int S = Int(length * scale + half);
-    int x0 = start < 0 ? Int(start - half) : Int(start + half);
-    const int e = Int(S * Adjust(start < 0 ? start - x0 + 1 : start - x0, scale) + half);
-    if (start < 0 && e >= S)
-        ++x0;
-    if (!(start < 0) && e < 0)
-        --x0;
-    const double xe = width / scale + start;
-    const int last = xe < 0 ? FloorDivide(Int(xe - half), 128) : Int(xe + half) / 128;
-    return {std::max(FloorDivide(x0, 128), 0), std::max(last, 0)};
+    const int first = IntegerStart(start, scale, int(source.GetWidth())).position;
+    const double half = 1 / scale * 0.5, end = width / scale + start;
+    const int last = end < 0 ? FloorDivide(Int(end - half), 128) : Int(end + half) / 128;
+    return {std::max(FloorDivide(first, 128), 0), std::max(last, 0)};
 }
 
 /// Lays a view together of the lines that its rows and columns show. A source row that repeats is a
