@@ -14,6 +14,8 @@
 
 namespace {
 
+const TestPool testPool; // of all tests
+
 using Data = RMWBTransformation::AlgorithmData;
 using Function = RMWBTransformation::BalanceFunction;
 using Pixels = std::vector<LXRGBA32i>;
@@ -24,15 +26,6 @@ struct Named {
     LXImageRGBA32i image;
 };
 
-LXImageRGBA32i Painted(unsigned int width, unsigned int height,
-                       const std::function<LXRGBA32i(int x, int y)>& colour) {
-    LXImageRGBA32i image(width, height);
-    for (int y = 0; y < int(height); ++y)
-        for (int x = 0; x < int(width); ++x)
-            image.SetColor(x, y, colour(x, y));
-    return image;
-}
-
 LXRGBA32i Colour(int r, int g, int b) {
     const auto byte = [](int v) { return std::uint8_t(std::clamp(v, 0, 255)); };
     return {byte(b), byte(g), byte(r), 255};
@@ -41,7 +34,7 @@ LXRGBA32i Colour(int r, int g, int b) {
 /// Soft gray shapes with a little colour and noise, under a coloured light.
 LXImageRGBA32i Scene(unsigned int width, unsigned int height, double r, double g, double b) {
     RandomPixels random(3);
-    return Painted(width, height, [&](int x, int y) {
+    return MakeImage(width, height, [&](int x, int y) {
         const double light = 120 + 70 * std::sin(x / 31.0) * std::cos(y / 23.0) + random.Below(12);
         const double tint = 14 * std::sin(x / 57.0 + y / 71.0);
         return Colour(int((light + tint) * r), int(light * g), int((light - tint) * b));
@@ -50,43 +43,36 @@ LXImageRGBA32i Scene(unsigned int width, unsigned int height, double r, double g
 
 std::vector<Named> Pictures() {
     RandomPixels random(2);
-    std::vector<Named> pictures;
-    pictures.push_back({"empty", LXImageRGBA32i(0, 0)});
-    for (const auto& [name, colour] :
-         std::vector<std::pair<const char*, LXRGBA32i>>{{"black", {0, 0, 0, 255}},
-                                                        {"white", {255, 255, 255, 0}},
-                                                        {"orange", {10, 120, 230, 9}}})
-        for (const unsigned int size : {1U, 150U})
-            pictures.push_back({name, Painted(size, size, [c = colour](int, int) { return c; })});
-    pictures.push_back({"two levels", Painted(130, 3, [](int x, int) {
-                            return x % 5 ? Colour(100, 100, 100) : Colour(101, 101, 101);
-                        })});
-    pictures.push_back({"black and white", Painted(40, 40, [](int x, int y) {
-                            return (x ^ y) & 1 ? Colour(255, 255, 255) : Colour(0, 0, 0);
-                        })});
-    pictures.push_back({"green alone varies",
-                        Painted(60, 60, [](int x, int y) { return Colour(90, x + y, 120); })});
-    pictures.push_back(
-        {"green is still", Painted(60, 60, [](int x, int y) { return Colour(x + y, 77, 2 * x); })});
+    std::vector<Named> pictures = {{"empty", LXImageRGBA32i(0, 0)},
+                                   {"one row", RandomImage(1000, 1, 5)},
+                                   {"one column", RandomImage(1, 700, 6)},
+                                   {"noise", RandomImage(700, 300, 7)},
+                                   {"scene", Scene(400, 300, 1, 1, 1)},
+                                   {"warm scene", Scene(530, 410, 1.15, 1, 0.7)},
+                                   {"dark cold scene", Scene(260, 300, 0.2, 0.3, 0.4)}};
+    const auto add = [&](const char* name, unsigned int width, unsigned int height, auto colour) {
+        pictures.push_back({name, MakeImage(width, height, colour)});
+    };
+    for (const unsigned int size : {1U, 150U}) {
+        add("black", size, size, [](int, int) { return LXRGBA32i{0, 0, 0, 255}; });
+        add("white", size, size, [](int, int) { return LXRGBA32i{255, 255, 255, 0}; });
+        add("orange", size, size, [](int, int) { return LXRGBA32i{10, 120, 230, 9}; });
+    }
+    add("two levels", 130, 3,
+        [](int x, int) { return x % 5 ? Colour(100, 100, 100) : Colour(101, 101, 101); });
+    add("black and white", 40, 40,
+        [](int x, int y) { return (x ^ y) & 1 ? Colour(255, 255, 255) : Colour(0, 0, 0); });
+    add("green alone varies", 60, 60, [](int x, int y) { return Colour(90, x + y, 120); });
+    add("green is still", 60, 60, [](int x, int y) { return Colour(x + y, 77, 2 * x); });
     // The gain of red is infinite, and the stretch of its one level is 0 / 0.
-    pictures.push_back(
-        {"red is full", Painted(60, 60, [](int x, int y) { return Colour(255, x + y, 2 * x); })});
+    add("red is full", 60, 60, [](int x, int y) { return Colour(255, x + y, 2 * x); });
     // The gray pixels have no chroma at all, so there is nothing to take away.
-    pictures.push_back({"black on red", Painted(60, 60, [](int x, int y) {
-                            return x < 20 ? Colour(0, 0, 0) : Colour(200 + y / 2, y / 3, y / 4);
-                        })});
-    pictures.push_back({"no gray", Painted(200, 90, [&](int x, int) {
-                            return Colour(255 - x / 4, int(random.Below(30)), x / 9);
-                        })});
-    pictures.push_back({"gray from late on", Painted(300, 140, [](int x, int y) {
-                            return y < 130 ? Colour(250, x % 9, 3) : Colour(x, x, x + 4);
-                        })});
-    pictures.push_back({"one row", RandomImage(1000, 1, 5)});
-    pictures.push_back({"one column", RandomImage(1, 700, 6)});
-    pictures.push_back({"noise", RandomImage(700, 300, 7)});
-    pictures.push_back({"scene", Scene(400, 300, 1, 1, 1)});
-    pictures.push_back({"warm scene", Scene(530, 410, 1.15, 1, 0.7)});
-    pictures.push_back({"dark cold scene", Scene(260, 300, 0.2, 0.3, 0.4)});
+    add("black on red", 60, 60,
+        [](int x, int y) { return x < 20 ? Colour(0, 0, 0) : Colour(200 + y / 2, y / 3, y / 4); });
+    add("no gray", 200, 90,
+        [&](int x, int) { return Colour(255 - x / 4, int(random.Below(30)), x / 9); });
+    add("gray from late on", 300, 140,
+        [](int x, int y) { return y < 130 ? Colour(250, x % 9, 3) : Colour(x, x, x + 4); });
     return pictures;
 }
 
@@ -103,10 +89,10 @@ Pixels InWalkOrder(const LXImageRGBA32i& image) {
 }
 
 Pixels InWalkOrder(const QImage& image) {
-    Pixels pixels(std::size_t(image.width()) * std::size_t(image.height()));
+    Pixels pixels;
     for (int y = 0; y < image.height(); ++y)
-        std::memcpy(&pixels[std::size_t(y) * std::size_t(image.width())], image.constScanLine(y),
-                    std::size_t(image.width()) * 4);
+        for (const LXRGBA32i& pixel : RowOf(image, y))
+            pixels.push_back(pixel);
     return pixels;
 }
 
@@ -114,45 +100,31 @@ QImage Flat(const LXImageRGBA32i& image) {
     return ConvertImage<LXImageRGBA32i, QImage>(image);
 }
 
-#define EXPECT_SAME(field)                                                                         \
-    EXPECT_TRUE(data.field == expected.field ||                                                    \
-                (std::isnan(data.field) && std::isnan(expected.field)))                            \
-        << #field << ": " << data.field << " for " << expected.field
+/// What both the library and the reference find, by name.
+template <class Found>
+std::vector<std::pair<const char*, double>> Numbers(const Found& found) {
+#define NUMBER(field)                                                                              \
+    { #field, double(found.field) }
+    return {NUMBER(meanLuma),    NUMBER(meanRed),        NUMBER(meanGreen),  NUMBER(meanBlue),
+            NUMBER(hueOffset),   NUMBER(meanCb),         NUMBER(meanCr),     NUMBER(minLuma),
+            NUMBER(maxLuma),     NUMBER(minRed),         NUMBER(minGreen),   NUMBER(minBlue),
+            NUMBER(maxRed),      NUMBER(maxGreen),       NUMBER(maxBlue),    NUMBER(sdRed),
+            NUMBER(sdGreen),     NUMBER(sdBlue),         NUMBER(gainRed),    NUMBER(gainGreen),
+            NUMBER(gainBlue),    NUMBER(shiftRed),       NUMBER(scaleGreen), NUMBER(shiftBlue),
+            NUMBER(minAll),      NUMBER(maxAll),         NUMBER(mix),        NUMBER(selected),
+            NUMBER(shadowLevel), NUMBER(highlightLevel), NUMBER(percent)};
+#undef NUMBER
+}
 
 void ExpectSame(const Data& data, const Reference::WhiteBalance& expected) {
-    EXPECT_SAME(meanLuma);
-    EXPECT_SAME(meanRed);
-    EXPECT_SAME(meanGreen);
-    EXPECT_SAME(meanBlue);
-    EXPECT_SAME(hueOffset);
-    EXPECT_SAME(meanCb);
-    EXPECT_SAME(meanCr);
-    EXPECT_SAME(minLuma);
-    EXPECT_SAME(maxLuma);
-    EXPECT_SAME(minRed);
-    EXPECT_SAME(minGreen);
-    EXPECT_SAME(minBlue);
-    EXPECT_SAME(maxRed);
-    EXPECT_SAME(maxGreen);
-    EXPECT_SAME(maxBlue);
-    EXPECT_SAME(sdRed);
-    EXPECT_SAME(sdGreen);
-    EXPECT_SAME(sdBlue);
-    EXPECT_SAME(gainRed);
-    EXPECT_SAME(gainGreen);
-    EXPECT_SAME(gainBlue);
-    EXPECT_SAME(shiftRed);
-    EXPECT_SAME(scaleGreen);
-    EXPECT_SAME(shiftBlue);
-    EXPECT_SAME(minAll);
-    EXPECT_SAME(maxAll);
-    EXPECT_SAME(mix);
+    const auto found = Numbers(data), wanted = Numbers(expected);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const double a = found[i].second, b = wanted[i].second;
+        EXPECT_TRUE(a == b || (std::isnan(a) && std::isnan(b)))
+            << found[i].first << ": " << a << " for " << b;
+    }
     EXPECT_EQ(data.brightnessMean[0], expected.meanLuma);
     EXPECT_EQ(data.brightnessMean[1], expected.meanLuma);
-    EXPECT_SAME(shadowLevel);
-    EXPECT_SAME(highlightLevel);
-    EXPECT_SAME(selected);
-    EXPECT_SAME(percent);
     EXPECT_EQ(Entries(data.curve), expected.curve);
 }
 
@@ -173,14 +145,9 @@ void ExpectSteps(const LXImageRGBA32i& image, const Reference::WhiteBalance& exp
     }
 }
 
-RMWBTransformation Balance(const LXImageRGBA32i& image, Function function) {
-    return RMWBTransformation(image, function, 100);
-}
-
 } // namespace
 
 TEST(WhiteBalance, FindsWhatTheFormulasTell) {
-    const TestPool pool;
     for (const Named& picture : Pictures()) {
         SCOPED_TRACE(testing::Message() << picture.name << " " << picture.image.GetWidth());
         const Data tiled(picture.image);
@@ -198,7 +165,6 @@ TEST(WhiteBalance, FindsWhatTheFormulasTell) {
 }
 
 TEST(WhiteBalance, OtherFormatsAndMissingTiles) {
-    const TestPool pool;
     const LXImageRGBA32i noise = RandomImage(300, 140, 8);
     for (const QImage::Format format :
          {QImage::Format_RGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_RGB16}) {
@@ -219,48 +185,38 @@ TEST(WhiteBalance, OtherFormatsAndMissingTiles) {
     Pixels rest = InWalkOrder(noise);
     rest.erase(rest.begin() + 128 * 128, rest.begin() + 2 * 128 * 128);
     ExpectSame(Data(gap), Reference::Analyse(rest));
-    for (unsigned int row : {0U, 1U})
-        for (unsigned int column = 0; column < 3; ++column)
-            gap.GetTileRow(row)[column] = nullptr;
+    for (unsigned int tile = 0; tile < 6; ++tile)
+        gap.GetTileRow(tile / 3)[tile % 3] = nullptr;
     ExpectSame(Data(gap), Reference::Analyse({}));
 }
 
 TEST(WhiteBalance, SumsKeepTheBitsOfTheirOrder) {
     RandomPixels random(9);
-    int taken = 0, refused = 0;
+    int taken = 0;
     for (int round = 0; round < 4000; ++round) {
         LXOrderedSum::Terms terms;
         LXRows::LevelCounts counts{};
-        std::vector<std::size_t> levels;
         // Of few bits in every third round: these terms are often half-way.
         const double grain = round % 3 == 0 ? 0.25 : 0.001 / 3;
         for (std::size_t i = 0; i < 256; ++i)
             terms[i] = random.Below(100000) * grain;
-        for (int n = int(random.Below(400)); n >= 0; --n)
-            levels.push_back(random.Below(256));
-        for (const std::size_t level : levels)
-            ++counts[level];
         const double start = std::ldexp(1 + random.Below(1000000) / 1e6, int(random.Below(60)));
         double inOrder = start, atOnce = start;
-        for (const std::size_t level : levels)
+        for (int n = int(random.Below(400)); n >= 0; --n) {
+            const std::size_t level = random.Below(256);
+            ++counts[level];
             inOrder += terms[level];
-        if (LXOrderedSum::AddCounted(atOnce, terms, counts)) {
-            ASSERT_EQ(atOnce, inOrder) << round;
-            ++taken;
-        } else {
-            ASSERT_EQ(atOnce, start) << round;
-            ++refused;
         }
+        const bool isTaken = LXOrderedSum::AddCounted(atOnce, terms, counts);
+        ASSERT_EQ(atOnce, isTaken ? inOrder : start) << round;
+        taken += isTaken;
     }
     EXPECT_GT(taken, 1000);
-    EXPECT_GT(refused, 100);
+    EXPECT_LT(taken, 3900);
 
     // 1 is half the unit of 2^53 and goes to even: nothing, or 2 from an odd sum.
-    const LXOrderedSum::Terms ones = [] {
-        LXOrderedSum::Terms terms;
-        terms.fill(1);
-        return terms;
-    }();
+    LXOrderedSum::Terms ones;
+    ones.fill(1);
     double half = std::ldexp(1, 53), zero = 0;
     EXPECT_FALSE(LXOrderedSum::AddCounted(half, ones, {3}));
     EXPECT_FALSE(LXOrderedSum::AddCounted(zero, ones, {3}));
@@ -269,7 +225,6 @@ TEST(WhiteBalance, SumsKeepTheBitsOfTheirOrder) {
 }
 
 TEST(WhiteBalance, VisitorsAddOnePixelAfterTheOther) {
-    const TestPool pool;
     const LXImageRGBA32i image = RandomImage(200, 150, 10);
     const QRect all = LXImageRect(image);
     std::vector<int> red(256), green(256), blue(256), luma(256), expected(256);
@@ -307,47 +262,42 @@ TEST(WhiteBalance, VisitorsAddOnePixelAfterTheOther) {
 }
 
 TEST(WhiteBalance, SelectorTakesTheFirstGrayPixels) {
-    const TestPool pool;
     const LXImageRGBA32i image = RandomImage(400, 300, 11);
     for (const double threshold : {0.0, 0.02, 0.75}) {
-        QVector<LXRGBA32i> points, expected;
-        double y = 0, u = 0, v = 0, sums[3] = {};
+        QVector<LXRGBA32i> points;
+        std::array<double, 3> sums{}, expected{};
         LXVisitImageColors<LXImageRGBA32i, LXGreyPointsSelector>()(
-            image, LXImageRect(image), LXGreyPointsSelector(threshold, &points, &y, &u, &v));
-        for (const LXRGBA32i& p : InWalkOrder(image)) {
-            const auto yuv = Reference::YUV(p.red, p.green, p.blue);
-            const double chroma = std::abs(int(yuv[1])) + std::abs(int(yuv[2]));
-            if (!(chroma / (yuv[0] + 0.00001) < threshold) || expected.size() > 2048)
-                continue;
-            expected.append(p);
+            image, LXImageRect(image),
+            LXGreyPointsSelector(threshold, &points, &sums[0], &sums[1], &sums[2]));
+        const Pixels gray = Reference::GreyPoints(InWalkOrder(image), threshold);
+        for (const LXRGBA32i& p : gray)
             for (std::size_t k = 0; k < 3; ++k)
-                sums[k] += yuv[k];
-        }
-        EXPECT_EQ(points, expected) << threshold;
-        EXPECT_EQ((std::array<double, 3>{y, u, v}),
-                  (std::array<double, 3>{sums[0], sums[1], sums[2]}));
+                expected[k] += Reference::YUV(p.red, p.green, p.blue)[k];
+        EXPECT_EQ(Pixels(points.begin(), points.end()), gray) << threshold;
+        EXPECT_EQ(sums, expected) << threshold;
         EXPECT_EQ(points.size() == 2049, threshold > 0.5) << points.size();
         EXPECT_EQ(points.isEmpty(), threshold == 0);
     }
 }
 
 TEST(WhiteBalance, SelectorAgreesOnEveryColour) {
+    const auto pixelOf = [](unsigned int rgb) {
+        return LXRGBA32i{std::uint8_t(rgb), std::uint8_t(rgb >> 8), std::uint8_t(rgb >> 16), 0};
+    };
     QVector<LXRGBA32i> points, inRuns;
     double sum = 0;
     const LXGreyPointsSelector selector(0.75, &points, &sum, &sum, &sum),
         runSelector(0.75, &inRuns, &sum, &sum, &sum);
     // Each alone in runs of all lengths and at all places, among pixels that are not gray.
-    constexpr LXRGBA32i Red{0, 0, 255, 0};
     constexpr unsigned int Longest = 37;
-    Pixels run(Longest, Red);
+    const LXRGBA32i red = pixelOf(0xFF0000);
+    Pixels run(Longest, red);
     for (unsigned int rgb = 0; rgb < 1 << 24; ++rgb) {
-        const LXRGBA32i pixel{std::uint8_t(rgb), std::uint8_t(rgb >> 8), std::uint8_t(rgb >> 16),
-                              0};
         const unsigned int count = 1 + rgb % Longest, place = rgb / Longest % count;
-        selector(pixel);
-        run[place] = pixel;
+        selector(pixelOf(rgb));
+        run[place] = pixelOf(rgb);
         runSelector.VisitRun(run.data(), count);
-        run[place] = Red;
+        run[place] = red;
         ASSERT_EQ(points.size(), inRuns.size()) << rgb << " at " << place << " of " << count;
         if (points.size() > 1000) {
             points.clear();
@@ -356,9 +306,8 @@ TEST(WhiteBalance, SelectorAgreesOnEveryColour) {
     }
     // However odd the threshold.
     for (const double threshold : {-1.0, 1e-9, 3.0, 1e300, HUGE_VAL, std::nan("")})
-        for (int rgb = 0; rgb < 1 << 24; rgb += 9973) {
-            const LXRGBA32i pixel{std::uint8_t(rgb), std::uint8_t(rgb >> 8),
-                                  std::uint8_t(rgb >> 16), 0};
+        for (unsigned int rgb = 0; rgb < 1 << 24; rgb += 9973) {
+            const LXRGBA32i pixel = pixelOf(rgb);
             points.clear();
             inRuns.clear();
             LXGreyPointsSelector(threshold, &points, &sum, &sum, &sum)(pixel);
@@ -379,9 +328,6 @@ TEST(WhiteBalance, ColourFormulas) {
                           Reference::YCbCr(r / 255.0, g / 255.0, b / 255.0));
                 ASSERT_EQ(getHue(r, g, b), Reference::Hue(r, g, b)) << r << " " << g << " " << b;
             }
-    EXPECT_EQ(getHue(9, 0, 0), 0);
-    EXPECT_EQ(getHue(0, 9, 0), 120);
-    EXPECT_EQ(getHue(0, 0, 9), 240);
     EXPECT_EQ(getHue(9, 0, 1), 353);
     EXPECT_EQ(getHue(INT_MAX, INT_MIN, INT_MIN), 0);
 }
@@ -438,27 +384,23 @@ TEST(WhiteBalance, BrightnessCurves) {
 }
 
 TEST(WhiteBalance, CastsBecomeWeaker) {
-    const TestPool pool;
     const auto cast = [](const Data& data) {
         return std::fabs(data.meanCb - 128) + std::fabs(data.meanCr - 128);
     };
-    for (const auto& light : std::vector<std::array<double, 3>>{
-             {1.2, 1, 0.8}, {0.75, 1, 1.25}, {1.1, 0.9, 0.8}, {0.9, 0.8, 1.1}}) {
-        LXImageRGBA32i image = Scene(300, 260, light[0], light[1], light[2]);
+    const double lights[][3] = {{1.2, 1, 0.8}, {0.75, 1, 1.25}, {1.1, 0.9, 0.8}, {0.9, 0.8, 1.1}};
+    for (const auto& [r, g, b] : lights) {
+        LXImageRGBA32i image = Scene(300, 260, r, g, b);
         const double before = cast(Data(image));
-        const RMWBTransformation balance = Balance(image, Function::Auto);
-        LXTransformImageColors<LXImageRGBA32i, RMWBTransformation>()(image, LXImageRect(image),
-                                                                     balance);
-        EXPECT_LT(cast(Data(image)), before * 0.8)
-            << light[0] << " " << light[1] << " " << light[2];
+        LXTransformImageColors<LXImageRGBA32i, RMWBTransformation>()(
+            image, LXImageRect(image), RMWBTransformation(image, Function::Auto, 100));
+        EXPECT_LT(cast(Data(image)), before * 0.8) << r << " " << g << " " << b;
     }
 }
 
 TEST(WhiteBalance, FunctionsAndCopies) {
-    const TestPool pool;
     const LXImageRGBA32i image = Scene(90, 80, 1.1, 1, 0.8);
-    const auto over = Balance(image, Function::OverExposure),
-               under = Balance(image, Function::UnderExposure);
+    const RMWBTransformation over(image, Function::OverExposure, 100),
+        under(image, Function::UnderExposure, 100);
     ExpectColour(over, {255, 15, 128}, {255, 0, 64});
     ExpectColour(under, {0, 255, 128}, {1, 255, 192});
     EXPECT_EQ(over.GetAmount(), 255000);

@@ -22,6 +22,9 @@ struct WhiteBalance {
 /// Of pixels in the order of the walk.
 WhiteBalance Analyse(const std::vector<LXRGBA32i>& pixels);
 
+/// The first 2049 nearly gray ones.
+std::vector<LXRGBA32i> GreyPoints(const std::vector<LXRGBA32i>& pixels, double threshold);
+
 LXRGBA32i Auto(const WhiteBalance& data, LXRGBA32i pixel, int percent);
 LXRGBA32i OverExposure(LXRGBA32i pixel, int percent);
 LXRGBA32i UnderExposure(LXRGBA32i pixel, int percent);
