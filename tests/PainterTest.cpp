@@ -10,22 +10,30 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <functional>
 #include <set>
 
 namespace {
 
+const TestPool testPool; // of all tests
+
 using Image = LXImageRGBA32i;
 using Drawing = std::function<void(QPainter&)>;
 
-// ---- the plain reference: every tile is drawn on
-// -------------------------------------------------
+// ---- the plain reference: every tile is drawn on -----------------------------------------------
 
 QImage TileOf(const Image& image, unsigned int column, unsigned int row) {
     const LXTileReader tile(image.GetTileRow(row)[column]);
     const void* const pixels = tile.Pixels();
     return QImage(static_cast<const uchar*>(pixels), 128, 128, 512, QImage::Format_ARGB32).copy();
+}
+
+/// The image together with what its tiles have beyond it.
+Image WithPadding(const Image& image) {
+    return MakeImage(128 * image.GetTilesX(), 128 * image.GetTilesY(), [&](int x, int y) {
+        const LXTileReader tile(image.GetTileRow(unsigned(y) / 128)[x / 128]);
+        return tile.Row(unsigned(y) % 128)[x % 128];
+    });
 }
 
 QImage Drawn(QImage tile, unsigned int column, unsigned int row, const Drawing& drawing) {
@@ -40,14 +48,10 @@ testing::AssertionResult DrawnEverywhere(const Image& before, const Image& after
                                          const Drawing& drawing) {
     for (unsigned int row = 0; row < before.GetTilesY(); ++row)
         for (unsigned int column = 0; column < before.GetTilesX(); ++column) {
-            const QImage expected = Drawn(TileOf(before, column, row), column, row, drawing);
-            const QImage tile = TileOf(after, column, row);
-            for (int y = 0; y < 128; ++y)
-                for (int x = 0; x < 128; ++x)
-                    if (std::memcmp(expected.constScanLine(y) + 4 * x,
-                                    tile.constScanLine(y) + 4 * x, 4) != 0)
-                        return testing::AssertionFailure()
-                               << "tile " << column << ", " << row << " at " << x << ", " << y;
+            auto same = SamePixels(TileOf(after, column, row),
+                                   Drawn(TileOf(before, column, row), column, row, drawing));
+            if (!same)
+                return same << " of tile " << column << ", " << row;
         }
     return testing::AssertionSuccess();
 }
@@ -74,26 +78,25 @@ Drawing FillDrawing(int mode, const QPainterPath& path, const QBrush& brush, boo
 }
 
 struct Text {
-    double opacity;
     QRectF rect;
-    QString text;
-    QBrush brush;
+    QString words;
     QFont font;
-    double rotation;
-    QTextOption option;
+    QBrush brush = Qt::blue;
+    double rotation = 0;
+    double opacity = 1;
+    QTextOption option = QTextOption();
 };
+
+QFont Sans(int points) {
+    return QFont(QStringLiteral("DejaVu Sans"), points);
+}
 
 Drawing TextDrawing(int mode, const Text& t) {
     return [=](QPainter& painter) {
         const double cx = t.rect.x() + t.rect.width() * 0.5;
         const double cy = t.rect.y() + t.rect.height() * 0.5;
-        QRectF box = t.rect;
-        if (t.rotation != 0)
-            box = QTransform()
-                      .translate(cx, cy)
-                      .rotate(t.rotation, Qt::ZAxis)
-                      .translate(-cx, -cy)
-                      .mapRect(t.rect);
+        const QTransform turned =
+            QTransform().translate(cx, cy).rotate(t.rotation).translate(-cx, -cy);
         painter.setFont(t.font);
         painter.setOpacity(t.opacity);
         painter.setPen(QPen(t.brush, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
@@ -101,29 +104,31 @@ Drawing TextDrawing(int mode, const Text& t) {
         painter.translate(cx, cy);
         painter.rotate(t.rotation);
         painter.translate(-cx, -cy);
-        painter.drawText(box, t.text, t.option);
+        painter.drawText(turned.mapRect(t.rect), t.words, t.option);
     };
 }
 
 void Draw(Image& image, int mode, const Text& t) {
-    DrawText(image, mode, t.opacity, t.rect, t.text, t.brush, t.font, t.rotation, t.option);
+    DrawText(image, mode, t.opacity, t.rect, t.words, t.brush, t.font, t.rotation, t.option);
 }
 
-// ---- random drawings
-// -----------------------------------------------------------------------------
+// ---- random drawings ----------------------------------------------------------------------------
 
 class Chance {
 public:
     /// All points of one drawing lie near one another, somewhere about the image.
     explicit Chance(unsigned int seed) : m_engine(seed) {
-        const double spreads[] = {2, 10, 30, 60, 200, 1000, 100000};
-        m_spread = spreads[Below(std::size(spreads))];
+        m_spread = OneOf<double>({2, 10, 30, 60, 200, 1000, 100000});
         m_centre = QPointF(Between(-60, 440), Between(-60, 350));
     }
 
     unsigned int Below(unsigned int n) { return unsigned(m_engine() % n); }
     double Between(double low, double high) {
         return low + (high - low) * (double(m_engine()) / 4294967296.0);
+    }
+    template <class T>
+    T OneOf(const std::vector<T>& values) {
+        return values[Below(unsigned(values.size()))];
     }
     /// Often on a seam.
     QPointF Point() {
@@ -149,23 +154,18 @@ public:
         QPainterPath path(Point());
         for (unsigned int n = 1 + Below(6); n > 0; --n) {
             const QPointF near = Point();
-            switch (Below(6)) {
-            case 0:
+            const unsigned int kind = Below(6);
+            if (kind == 0)
                 path.moveTo(near);
-                break;
-            case 1: // may turn on the spot
+            else if (kind == 1) // may turn on the spot
                 path.cubicTo(near, Below(2) ? near : Point(), path.currentPosition());
-                break;
-            case 2:
+            else if (kind == 2)
                 path.cubicTo(Point(), Point(), near);
-                break;
-            case 3:
+            else if (kind == 3)
                 path.addEllipse(near, Between(0, 50), Between(0, 50));
-                break;
-            case 4:
+            else if (kind == 4)
                 path.closeSubpath();
-                break;
-            default: // also sharp corners
+            else { // also sharp corners
                 path.lineTo(near);
                 path.lineTo(near + QPointF(Between(-20, 20), Between(-1, 1)));
             }
@@ -175,39 +175,36 @@ public:
     }
 
     QPen Pen() {
-        const Qt::PenJoinStyle joins[] = {Qt::MiterJoin, Qt::BevelJoin, Qt::RoundJoin,
-                                          Qt::SvgMiterJoin};
-        const Qt::PenCapStyle caps[] = {Qt::FlatCap, Qt::SquareCap, Qt::RoundCap};
+        const auto cap = OneOf<Qt::PenCapStyle>({Qt::FlatCap, Qt::SquareCap, Qt::RoundCap});
+        const auto join = OneOf<Qt::PenJoinStyle>(
+            {Qt::MiterJoin, Qt::BevelJoin, Qt::RoundJoin, Qt::SvgMiterJoin});
         QPen pen(Brush(), Between(0, Below(4) ? 20 : 120), Qt::PenStyle(Below(3) ? 1 : Below(6)),
-                 caps[Below(3)], joins[Below(4)]);
+                 cap, join);
         pen.setMiterLimit(Below(2) ? 2 : Between(0, 12));
         pen.setCosmetic(Below(2) == 0);
         return pen;
     }
 
     Text RandomText() {
-        QFont font(QStringLiteral("DejaVu Sans"), 4 + int(Below(Below(4) ? 30 : 200)));
-        font.setItalic(Below(2));
-        font.setBold(Below(2));
-        font.setUnderline(Below(3) == 0);
-        font.setOverline(Below(5) == 0);
-        font.setStrikeOut(Below(5) == 0);
-        const Qt::Alignment alignments[] = {Qt::AlignLeft | Qt::AlignTop, Qt::AlignCenter,
-                                            Qt::AlignRight | Qt::AlignBottom, Qt::AlignJustify};
-        QTextOption option(alignments[Below(4)]);
-        option.setWrapMode(Below(2) ? QTextOption::WordWrap : QTextOption::NoWrap);
-        const QString texts[] = {
-            QStringLiteral("fjord"), QStringLiteral("A line that is long, and another one"),
-            QString::fromUtf8("Z\u0351\u0352\u0353a\u0301\u0327 \u05E9\u05DC\u05D5\u05DD\nj\tW"),
-            QStringLiteral("_|\\/")};
-        const double rotations[] = {0, 90, 45, -30, 180, Between(-360, 360)};
-        return {Between(0, 1),
-                QRectF(Point(), QSizeF(Between(-200, 500), Between(-100, 300))),
-                texts[Below(4)],
-                Colour(),
-                font,
-                rotations[Below(6)],
-                option};
+        Text text;
+        text.font = Sans(4 + int(Below(Below(4) ? 30 : 200)));
+        text.font.setItalic(Below(2));
+        text.font.setBold(Below(2));
+        text.font.setUnderline(Below(3) == 0);
+        text.font.setOverline(Below(5) == 0);
+        text.font.setStrikeOut(Below(5) == 0);
+        text.option.setAlignment(
+            OneOf<Qt::Alignment>({Qt::AlignLeft | Qt::AlignTop, Qt::AlignCenter,
+                                  Qt::AlignRight | Qt::AlignBottom, Qt::AlignJustify}));
+        text.option.setWrapMode(Below(2) ? QTextOption::WordWrap : QTextOption::NoWrap);
+        text.words = QString::fromUtf8(OneOf<const char*>(
+            {"fjord", "A line that is long, and another one",
+             "Z\u0351\u0352\u0353a\u0301\u0327 \u05E9\u05DC\u05D5\u05DD\nj\tW", "_|\\/"}));
+        text.rotation = OneOf<double>({0, 90, 45, -30, 180, Between(-360, 360)});
+        text.rect = QRectF(Point(), QSizeF(Between(-200, 500), Between(-100, 300)));
+        text.brush = Colour();
+        text.opacity = Between(0, 1);
+        return text;
     }
 
 private:
@@ -225,8 +222,7 @@ Image Shared(unsigned int width, unsigned int height) {
 
 } // namespace
 
-// ---- tests
-// ---------------------------------------------------------------------------------------
+// ---- tests --------------------------------------------------------------------------------------
 
 TEST(Painter, SkippedTilesAreThoseThatNothingTouches) {
     TestPool pool;
@@ -239,24 +235,22 @@ TEST(Painter, SkippedTilesAreThoseThatNothingTouches) {
         Image image(before);
         const unsigned int tiles = pool.InUse();
         Drawing drawing;
+        const Text text = chance.RandomText();
+        const QPainterPath path = chance.Path();
         if (seed % 3 == 0) {
-            const QPainterPath path = chance.Path();
             const QPen pen = chance.Pen();
             DrawPath(image, mode, path, pen);
             drawing = PathDrawing(mode, path, pen);
         } else if (seed % 3 == 1) {
-            const QPainterPath path = chance.Path();
             const QBrush brush = chance.Brush();
             FillPath(image, mode, path, brush, seed % 4 < 2);
             drawing = FillDrawing(mode, path, brush, seed % 4 < 2);
         } else {
-            const Text text = chance.RandomText();
             Draw(image, mode, text);
             drawing = TextDrawing(mode, text);
         }
-        const int all = int(image.GetTilesX() * image.GetTilesY());
         drawn += int(pool.InUse() - tiles);
-        skipped += all - int(pool.InUse() - tiles);
+        skipped += int(tiles + 9 - pool.InUse());
         ASSERT_TRUE(DrawnEverywhere(before, image, drawing));
     }
     EXPECT_GT(skipped, drawn) << "tiles are skipped at all";
@@ -264,25 +258,21 @@ TEST(Painter, SkippedTilesAreThoseThatNothingTouches) {
 
 // Qt divides a curve only so often: what it draws of a large one are chords, far from the curve.
 TEST(Painter, LargeCurvesAreMarkedWhereTheyAreDrawn) {
-    const TestPool pool;
-    std::mt19937 random(1);
-    const auto between = [&](double low, double high) {
-        return low + (high - low) * (double(random()) / 4294967296.0);
-    };
+    Chance chance(1);
     const Image before = Shared(640, 512);
     int drawn = 0;
     for (int round = 0; round < 800; ++round) {
-        const double spread = std::pow(10, between(3, 6));
+        const double spread = std::pow(10, chance.Between(3, 6));
         const auto far = [&] {
-            return QPointF(between(-spread, spread), between(-spread, spread));
+            return QPointF(chance.Between(-spread, spread), chance.Between(-spread, spread));
         };
         QPainterPath path(far());
         if (round % 4 == 3)
             path.lineTo(far());
         else
             path.cubicTo(far(), far(), far());
-        path.translate(QPointF(320, 256) - path.pointAtPercent(between(0, 1)));
-        QPen pen(Qt::red, round % 3 == 0 ? 0 : between(0, 3));
+        path.translate(QPointF(320, 256) - path.pointAtPercent(chance.Between(0, 1)));
+        QPen pen(Qt::red, round % 3 == 0 ? 0 : chance.Between(0, 3));
         pen.setCosmetic(round % 2);
         SCOPED_TRACE(testing::Message() << "round " << round << " spread " << spread);
         Image image(before);
@@ -293,57 +283,33 @@ TEST(Painter, LargeCurvesAreMarkedWhereTheyAreDrawn) {
     EXPECT_GT(drawn, 300);
 }
 
-// As on one picture: the rectangle reaches from its corner to the left and upwards.
-TEST(Painter, TextInARectangleOfNegativeSize) {
-    const TestPool pool;
-    const Text text = {1,
-                       QRectF(450, 200, -100, -60),
-                       QStringLiteral("Hello"),
-                       QBrush(Qt::blue),
-                       QFont(QStringLiteral("DejaVu Sans"), 40),
-                       0,
-                       QTextOption(Qt::AlignCenter)};
-    for (const double rotation : {0.0, 30.0})
-        for (const double height : {-60.0, 60.0}) {
-            Text turned = text;
-            turned.rotation = rotation;
-            turned.rect.setHeight(height);
-            QImage picture(600, 500, QImage::Format_ARGB32);
-            picture.fill(Qt::white);
-            Image image = ConvertImage<QImage, Image>(picture);
-            const QImage whole = Drawn(picture, 0, 0, TextDrawing(0, turned));
-            EXPECT_NE(whole, picture) << rotation << " " << height;
-            Draw(image, 0, turned);
-            EXPECT_TRUE(SamePixels(image, ConvertImage<QImage, Image>(whole)))
-                << rotation << " " << height;
-        }
-}
-
 // Qt is exact here but for antialiased edges, whose coverage it finds a little differently on each
 // tile.
 TEST(Painter, TilesShowNoSeams) {
-    const TestPool pool;
     QPainterPath path(QPointF(30.25, 40.5));
     path.lineTo(570.75, 300.5);
     path.cubicTo(400, 600, 100, 450, 128, 128);
     path.addEllipse(QRectF(200.5, 100, 256, 256));
     const QPen pen(QColor(200, 30, 40, 180), 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     const QBrush brush(QColor(20, 220, 40, 128));
-    const Text text = {0.7,
-                       QRectF(60, 60, 480, 300),
-                       QStringLiteral("Across the seams"),
-                       brush,
-                       QFont(QStringLiteral("DejaVu Sans"), 50),
-                       30,
-                       QTextOption()};
-
-    QImage whole = RandomQImage(600, 500, 3);
-    Image image = ConvertImage<QImage, Image>(whole);
+    const QImage before = RandomQImage(600, 500, 3);
+    Image image = ConvertImage<QImage, Image>(before);
     DrawPath(image, 0, path, pen);
-    Draw(image, 0, text);
-    whole = Drawn(Drawn(whole, 0, 0, PathDrawing(0, path, pen)), 0, 0, TextDrawing(0, text));
-    EXPECT_TRUE(SamePixels(image, ConvertImage<QImage, Image>(whole)));
+    EXPECT_TRUE(SamePixels(image, Drawn(before, 0, 0, PathDrawing(0, path, pen))));
+    // A rectangle of negative size reaches from its corner to the left and upwards.
+    for (const QRectF& rect :
+         {QRectF(60, 60, 480, 300), QRectF(450, 200, -100, -60), QRectF(450, 200, -100, 60)})
+        for (const double rotation : {0.0, 30.0}) {
+            Text text = {rect, QStringLiteral("Across"), Sans(50), brush, rotation, 0.7};
+            text.option.setAlignment(Qt::AlignCenter);
+            const QImage whole = Drawn(before, 0, 0, TextDrawing(0, text));
+            EXPECT_NE(whole, before) << rect.width() << " " << rotation;
+            image = ConvertImage<QImage, Image>(before);
+            Draw(image, 0, text);
+            EXPECT_TRUE(SamePixels(image, whole)) << rect.width() << " " << rotation;
+        }
 
+    QImage whole(600, 500, QImage::Format_ARGB32);
     whole.fill(Qt::white);
     image = ConvertImage<QImage, Image>(whole);
     FillPath(image, 0, path, brush, true);
@@ -371,20 +337,15 @@ TEST(Painter, AThinPathTouchesOnlyItsTiles) {
     EXPECT_EQ(image.GetColor(9650, 7600).red, 255) << "the line is there";
 
     const unsigned int line = pool.InUse();
-    Draw(image, 0,
-         {1, QRectF(5020, 150, 9000, 40), QStringLiteral("one tile"), QBrush(Qt::blue),
-          QFont(QStringLiteral("DejaVu Sans"), 12), 0, QTextOption()});
+    Draw(image, 0, {QRectF(5020, 150, 9000, 40), QStringLiteral("one tile"), Sans(12)});
     EXPECT_EQ(pool.InUse() - line, 1u);
     FillPath(image, 0, QPainterPath(), QBrush(Qt::blue), true);
     DrawPath(image, 0, path.translated(50000, 0), QPen(Qt::red, 2));
-    Draw(image, 0,
-         {1, QRectF(-9000, -9000, 5, 5), QStringLiteral("outside and cut off"), QBrush(Qt::blue),
-          QFont(QStringLiteral("DejaVu Sans"), 12), 0, QTextOption()});
+    Draw(image, 0, {QRectF(-9000, -9000, 5, 5), QStringLiteral("outside and cut off"), Sans(12)});
     EXPECT_EQ(pool.InUse() - line, 1u);
 }
 
 TEST(Painter, ModesAndImagesAtTheEdgeOfTheDomain) {
-    const TestPool pool;
     Image empty(0, 10);
     QPainterPath path;
     path.addRect(10, 10, 200, 200);
@@ -417,46 +378,40 @@ TEST(Painter, ModesAndImagesAtTheEdgeOfTheDomain) {
 }
 
 TEST(Painter, DrawImageBlendsTheOverlap) {
-    const TestPool pool;
-    const Image before = RandomImage(300, 200, 1), source = RandomImage(400, 150, 2);
-    const QImage sourceQImage = ConvertImage<Image, QImage>(source);
+    const Image before = RandomImage(300, 200, 1);
+    const auto check = [&](const auto& source, const QPoint& at, int mode, bool lock) {
+        Image expected(before), image(before);
+        const QRect to(QPoint(qMin(at.x(), 1000), qMin(at.y(), 1000)), QSize(300, 200));
+        BlendOn(source, QRect(0, 0, 400, 150), unsigned(mode), expected, to, 0.6, lock);
+        DrawImage(image, mode, at, source, 0.6, lock);
+        EXPECT_TRUE(SamePixels(image, expected)) << at.x() << " mode " << mode << " " << lock;
+    };
     const QPoint positions[] = {{0, 0}, {-130, 60}, {250, 190}, {INT_MAX, INT_MIN}, {5, INT_MAX}};
     for (const QPoint& at : positions)
         for (const int mode : {0, 13, 64})
             for (const bool lock : {false, true}) {
-                Image expected(before), tiled(before), fromQImage(before);
-                const QRect to(QPoint(qMin(at.x(), 1000), qMin(at.y(), 1000)), QSize(300, 200));
-                BlendOn(source, QRect(0, 0, 400, 150), unsigned(mode), expected, to, 0.6, lock);
-                DrawImage(tiled, mode, at, source, 0.6, lock);
-                EXPECT_TRUE(SamePixels(tiled, expected)) << at.x() << " mode " << mode;
-                Image expected2(before);
-                BlendOn(sourceQImage, sourceQImage.rect(), unsigned(mode), expected2, to, 0.6,
-                        lock);
-                DrawImage(fromQImage, mode, at, sourceQImage, 0.6, lock);
-                EXPECT_TRUE(SamePixels(fromQImage, expected2)) << at.x() << " mode " << mode;
+                check(RandomImage(400, 150, 2), at, mode, lock);
+                check(RandomQImage(400, 150, 2), at, mode, lock);
             }
 }
 
 TEST(Painter, InversionTakesPaddingAlong) {
     TestPool pool;
-    const Image before = RandomImage(200, 130, 5);
+    const Image before = RandomImage(200, 130, 5), padded = WithPadding(before);
     for (unsigned int channels = 0; channels < 32; ++channels) {
         Image image(before);
         const unsigned int tiles = pool.InUse();
         InvertImage(image, channels);
         EXPECT_EQ(pool.InUse() - tiles, 4u) << "all tiles are detached";
-        for (unsigned int tile = 0; tile < 4; ++tile) {
-            const LXTileReader a(before.GetTileRow(tile / 2)[tile % 2]);
-            const LXTileReader b(image.GetTileRow(tile / 2)[tile % 2]);
-            for (unsigned int i = 0; i < Image::Block::PixelCount; ++i) {
-                LXRGBA32i expected = a.Pixels()[i];
-                expected.red = std::uint8_t(channels & 1 ? ~expected.red : expected.red);
-                expected.green = std::uint8_t(channels & 2 ? ~expected.green : expected.green);
-                expected.blue = std::uint8_t(channels & 4 ? ~expected.blue : expected.blue);
-                expected.alpha = std::uint8_t(channels & 8 ? ~expected.alpha : expected.alpha);
-                ASSERT_EQ(b.Pixels()[i], expected) << channels << " tile " << tile << " " << i;
-            }
-        }
+        const auto flipped = [&](unsigned int channel, std::uint8_t value) {
+            return std::uint8_t(channels & channel ? ~value : value);
+        };
+        const Image expected = MakeImage(256, 256, [&](int x, int y) {
+            const LXRGBA32i p = padded.GetColor(x, y);
+            return LXRGBA32i{flipped(4, p.blue), flipped(2, p.green), flipped(1, p.red),
+                             flipped(8, p.alpha)};
+        });
+        ASSERT_TRUE(SamePixels(WithPadding(image), expected)) << channels;
     }
 }
 
@@ -470,21 +425,15 @@ TEST(Painter, MasksHaveTheirValueInAlpha) {
     CreateFromSourceMask(masks[3], masks[3]);
     const std::uint8_t outside[] = {255, 0, 0, 255};
     for (int kind = 0; kind < 4; ++kind) {
-        ASSERT_EQ(masks[kind].GetWidth(), 200u);
-        ASSERT_EQ(masks[kind].GetHeight(), 130u);
-        for (int y = 0; y < 256; ++y)
-            for (int x = 0; x < 256; ++x) {
-                std::uint8_t expected = outside[kind];
-                if (kind >= 2 && x < 200 && y < 130) {
-                    const LXRGBA32i p = source.GetColor(x, y);
-                    expected = kind == 2
-                                   ? p.alpha
-                                   : std::uint8_t((11 * p.red + 16 * p.green + 5 * p.blue) / 32);
-                }
-                const LXTileReader tile(masks[kind].GetTileRow(unsigned(y) / 128)[x / 128]);
-                ASSERT_EQ(tile.Row(unsigned(y % 128))[x % 128], (LXRGBA32i{0, 0, 0, expected}))
-                    << kind << ": " << x << ", " << y;
-            }
+        ASSERT_EQ(SizeOf(masks[kind]), QSize(200, 130));
+        const Image expected = MakeImage(256, 256, [&](int x, int y) {
+            if (kind < 2 || x >= 200 || y >= 130)
+                return LXRGBA32i{0, 0, 0, outside[kind]};
+            const LXRGBA32i p = source.GetColor(x, y);
+            const int gray = (11 * p.red + 16 * p.green + 5 * p.blue) / 32;
+            return LXRGBA32i{0, 0, 0, kind == 2 ? p.alpha : std::uint8_t(gray)};
+        });
+        EXPECT_TRUE(SamePixels(WithPadding(masks[kind]), expected)) << kind;
     }
 }
 
@@ -523,22 +472,15 @@ unsigned int SweepTiles(int logLines, const std::function<void(Image&)>& operate
 TEST(Painter, RunsOutOfTilesHalfDone) {
     QPainterPath path;
     path.addRect(-50, -50, 600, 600);
-    const Text text = {1,
-                       QRectF(-20, 0, 700, 400),
+    const Text text = {QRectF(-20, 0, 700, 400),
                        QStringLiteral("MMMMMMMM\nMMMMMMMM\nMMMMMMMM\nMMMMMMMM\nMMMMMMMM"),
-                       QBrush(Qt::red),
-                       QFont(QStringLiteral("DejaVu Sans"), 40),
-                       0,
-                       QTextOption()};
+                       Sans(40)};
     EXPECT_EQ(SweepTiles(1, [&](Image& i) { FillPath(i, 0, path, QBrush(Qt::red), true); }), 11u);
     EXPECT_EQ(SweepTiles(1, [&](Image& i) { DrawPath(i, 0, path, QPen(Qt::red, 999)); }), 11u);
     EXPECT_GE(SweepTiles(1, [&](Image& i) { Draw(i, 0, text); }), 8u);
     EXPECT_EQ(SweepTiles(1, [&](Image& i) { InvertImage(i, 7); }), 11u);
-    const QImage source = [] {
-        QImage red(400, 300, QImage::Format_ARGB32);
-        red.fill(Qt::red);
-        return red;
-    }();
+    QImage source(400, 300, QImage::Format_ARGB32);
+    source.fill(Qt::red);
     EXPECT_GE(SweepTiles(2, [&](Image& i) { DrawImage(i, 0, {0, 0}, source, 1, false); }), 1u);
 
     using Maker = void (*)(Image&, const Image&);
