@@ -44,7 +44,8 @@ QPainterPath Waved(const QPainterPath& path, const Settings& s, const QRect& box
     const QPoint centre = box.center();
     return Moved(path, [=](const QPointF& p) {
         const double place = s.alongY ? p.y() - centre.y() : p.x() - centre.x();
-        const double by = std::sin(place * 3.141592653589793 / halfLength) * amplitude;
+        const double turns = halfLength == 0 ? 0 : 3.141592653589793 / halfLength;
+        const double by = std::sin(place * turns) * amplitude;
         return s.alongY ? QPointF(p.x() - by, p.y()) : QPointF(p.x(), p.y() - by);
     });
 }
@@ -69,7 +70,8 @@ testing::AssertionResult Near(const QPainterPath& a, const QPainterPath& b) {
         return testing::AssertionFailure() << a.elementCount() << " and " << b.elementCount();
     for (int i = 0; i < a.elementCount(); ++i) {
         const QPointF p = a.elementAt(i), q = b.elementAt(i);
-        if (!((p - q).manhattanLength() < 1e-3) || a.elementAt(i).type != b.elementAt(i).type)
+        const double lost = 1e-3 + 2e-7 * q.manhattanLength();
+        if (!((p - q).manhattanLength() < lost) || a.elementAt(i).type != b.elementAt(i).type)
             return testing::AssertionFailure() << "element " << i << ": " << p.x() << ", " << p.y()
                                                << " and " << q.x() << ", " << q.y();
     }
@@ -284,8 +286,14 @@ TEST(TextPath, DeformedTextAndSelection) {
         EXPECT_EQ(offset, before);
         EXPECT_EQ(text.GetDeformedOffset(), before);
 
+        const QPainterPath deformed = path,
+                           bent = text.CreateSelectionAndDeformationPath(offset, 2, 3);
+        text.SetStyle(2);
+        EXPECT_EQ(text.CreatePathByTextWithDeformationWithRect(path, rect, mapped, offset),
+                  deformed);
+        EXPECT_EQ(text.CreateSelectionAndDeformationPath(offset, 2, 3), bent);
+
         text.SetStyle(0);
-        const QPainterPath deformed = path;
         EXPECT_EQ(text.CreatePathByTextWithDeformationWithRect(path, rect, mapped, offset),
                   text.GetTextPath());
         EXPECT_EQ(path, deformed);
@@ -339,28 +347,42 @@ TEST(TextSelection, LinesHaveAVertexForEachBoundary) {
 TEST(TextSelection, LinesAndCaretFollowTheDeformation) {
     const QRect rect(-20, 10, 301, 85);
     const QPoint at(100, 50);
-    for (const Settings& s : BothWays) {
-        LXTextHelper text = TextOf("Lines", 60, 1, s);
-        const QRectF all = text.GetTextRect();
-        // A line is flat, so that 1 stands in for its height.
-        const QPainterPath upper = text.GetUpperLine(QPoint()), under = text.GetUnderLine(at, 0, 0);
-        const QRect united = rect | Rounded(upper.boundingRect());
-        const QSizeF ofUpper(double(rect.width()) / united.width(), rect.height());
-        EXPECT_TRUE(Near(text.GetUpperLine(at, rect),
-                         Keystoned(Waved(upper, s, rect), s, all.size(), united.center(), ofUpper)
-                             .translated(at)));
-        const QSizeF ofUnder(all.width() / Rounded(under.boundingRect()).width(), all.height());
-        EXPECT_TRUE(Near(text.GetUnderLine(at, 0, 0, rect),
-                         Keystoned(Waved(under, s, rect), s, all.size(), all.center(), ofUnder)));
+    const auto orElse = [](double length, double standIn) {
+        return length == 0 ? standIn : length;
+    };
+    for (const Settings& s : BothWays)
+        for (const char* const words : {"Lines", "  ", ""}) {
+            LXTextHelper text = TextOf(words, 60, 1, s);
+            const QRectF outline = text.GetTextRect();
+            const QSizeF all(orElse(outline.width(), 0.01), orElse(outline.height(), 0.01));
+            const QPointF centre = QRectF(outline.topLeft(), all).center();
+            // A line is flat, so that 1 stands in for its height.
+            const QPainterPath upper = text.GetUpperLine(QPoint());
+            const QPainterPath under = text.GetUnderLine(at, 0, 0);
+            const QRect upperBox = Rounded(upper.boundingRect()), united = rect | upperBox;
+            const QSizeF ofUpper(rect.width() / (upperBox.width() == 0 ? 1.0 : united.width()),
+                                 rect.height());
+            EXPECT_TRUE(Near(
+                text.GetUpperLine(at, rect),
+                Keystoned(Waved(upper, s, rect), s, all, united.center(), ofUpper).translated(at)))
+                << words;
+            const QSizeF ofUnder(all.width() / orElse(Rounded(under.boundingRect()).width(), 1),
+                                 all.height());
+            EXPECT_TRUE(Near(text.GetUnderLine(at, 0, 0, rect),
+                             Keystoned(Waved(under, s, rect), s, all, centre, ofUnder)))
+                << words;
 
-        const QPainterPath caret = text.GetVerticalAndUnderLine(at, 2, 0);
-        text.SetStyle(2);
-        const QPainterPath plain = text.GetVerticalAndUnderLine(at, 2, 0);
-        const QRectF bounds = plain.boundingRect();
-        const QSizeF ofCaret(all.width() / bounds.width(), all.height() / bounds.height());
-        EXPECT_TRUE(Near(caret, Keystoned(Waved(plain, s, Rounded(bounds)), s, all.size(),
-                                          all.center(), ofCaret)));
-    }
+            const int index = text.GetText().size() / 2;
+            const QPainterPath caret = text.GetVerticalAndUnderLine(at, index, 0);
+            text.SetStyle(2);
+            const QPainterPath plain = text.GetVerticalAndUnderLine(at, index, 0);
+            const QRectF bounds = plain.boundingRect();
+            const QSizeF ofCaret(all.width() / orElse(bounds.width(), 0.01),
+                                 all.height() / orElse(bounds.height(), 0.01));
+            EXPECT_TRUE(
+                Near(caret, Keystoned(Waved(plain, s, Rounded(bounds)), s, all, centre, ofCaret)))
+                << words;
+        }
 }
 
 TEST(TextSelection, Caret) {
@@ -485,6 +507,8 @@ TEST(TextImage, OfTheText) {
     EXPECT_TRUE(SamePixels(text.TransformAndCreateImage(path, rect, offset),
                            PaintedByTiles(there, Rounded(mapped), text.GetColor(), true)));
     EXPECT_EQ(offset, QPointF((mapped.topLeft() - rect.topLeft()).toPoint()));
+    text.SetStyle(2);
+    EXPECT_TRUE(SamePixels(text.CreateImageByTextWithDeformation(offset), bent));
 
     text.SetStyle(0);
     const QPainterPath plain = text.TransformPath(text.GetTextPath(), text.GetTextRect(), again);
@@ -495,8 +519,10 @@ TEST(TextImage, OfTheText) {
     EXPECT_TRUE(SamePixels(text.CreateImageByTextWithSelection(offset, 1, 0), image));
     QPainterPath joined = text.GetTextPath();
     joined.addPath(text.CreateSelectionPath(offset, 1, 4));
-    EXPECT_TRUE(shows(text.CreateImageByTextWithSelection(offset, 1, 4),
-                      text.TransformPath(joined, joined.boundingRect())));
+    const QPainterPath both = text.TransformPath(joined, joined.boundingRect(), again);
+    offset = QPointF(0, 0);
+    EXPECT_TRUE(shows(text.CreateImageByTextWithSelection(offset, 1, 4), both));
+    EXPECT_EQ(offset, QPointF(again.toPoint()));
 
     text.SetTransform(QMatrix4x4());
     text.CreateImageByText(offset);
