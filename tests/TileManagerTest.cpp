@@ -2,7 +2,6 @@
 #include "LXTileException.h"
 #include "RMTileManager64.h"
 #include "support/LogCapture.h"
-#include "support/TestPool.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -13,6 +12,7 @@
 
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -109,6 +109,7 @@ TEST(TileManager, TellsItsEnd) {
 
 TEST(TileManager, InstanceComesAndGoesOnce) {
     const LogCapture log;
+    RMTileManager64* const ofThisTest = std::exchange(RMTileManager64::m_pInstance, nullptr);
     ASSERT_EQ(RMTileManager64::Instance(), nullptr);
     RMTileManager64::InitInstance();
     RMTileManager64* const instance = RMTileManager64::Instance();
@@ -122,6 +123,7 @@ TEST(TileManager, InstanceComesAndGoesOnce) {
     EXPECT_EQ(RMTileManager64::Instance(), nullptr);
     RMTileManager64::ReleaseInstance();
     EXPECT_EQ(LogCapture::Lines().size(), 3);
+    RMTileManager64::m_pInstance = ofThisTest;
 }
 
 TEST(TileManager, SweepsPageFilesOnly) {
