@@ -1,12 +1,12 @@
 #include "LXIterativeBlend.h"
-#include "support/ExhaustionSweep.h"
-#include "support/Plane.h"
+#include "support/PictureParts.h"
 #include "support/ReferenceBlenders.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <climits>
-#include <memory>
+#include <type_traits>
 
 namespace {
 
@@ -14,32 +14,29 @@ using namespace LXBlend;
 using namespace Reference;
 using Image = LXImageRGBA32i;
 
-/// One mode, with and without a selection, on pixels in which every pair of alphas occurs.
-template <class Mode, class Plain>
-void CheckFormula(const Mode& mode, bool bySelection, const Plain& plain) {
-    RandomPixels random(1);
-    for (int sa = 0; sa < 256; ++sa)
-        for (int da = 0; da < 256; ++da) {
-            std::vector<LXRGBA32i> source{random.Pixel()}, destination{random.Pixel()};
-            std::vector<LXRGBA32i> mask{random.Pixel()};
-            source[0].alpha = std::uint8_t(sa);
-            destination[0].alpha = std::uint8_t(da);
-            LXRGBA32i expected = plain(source[0], destination[0]);
-            if (bySelection) {
-                expected = PlainThrough(expected, destination[0], mask[0].alpha);
-                LXSelectionBlender<LXRGBA32i, Mode, LXRGBA32i> blender(mode);
-                blender.SetSource(&source);
-                blender.SetDestination(&destination);
-                blender.SetMask(&mask);
-                blender(0);
-            } else {
-                LXBlender<LXRGBA32i, Mode> blender(mode);
-                blender.SetSource(&source);
-                blender.SetDestination(&destination);
-                blender(0);
-            }
-            ASSERT_EQ(destination[0], expected) << "alphas " << sa << " and " << da;
-        }
+/// One mode, with or without a selection, on a line in which every pair of alphas occurs.
+template <bool bySelection, class Mode, class Plain>
+void CheckFormula(const Mode& mode, const Plain& plain) {
+    using Blender = std::conditional_t<bySelection, LXSelectionBlender<LXRGBA32i, Mode, LXRGBA32i>,
+                                       LXBlender<LXRGBA32i, Mode>>;
+    auto [all, source, mask] =
+        std::array{RandomPlane(256, 256, 1), RandomPlane(256, 256, 2), RandomPlane(256, 256, 3)};
+    for (std::size_t i = 0; i < all.pixels.size(); ++i) {
+        source.pixels[i].alpha = std::uint8_t(i >> 8);
+        all.pixels[i].alpha = std::uint8_t(i);
+    }
+    Plane result = all;
+    Blender blender(mode);
+    blender.SetSource(&source.pixels);
+    blender.SetDestination(&result.pixels);
+    if constexpr (bySelection)
+        blender.SetMask(&mask.pixels);
+    for (int i = 0; i < 65536; ++i)
+        blender(i);
+    ASSERT_TRUE(Same(result, Changed(all, all.Rect(), [&](int x, int y, LXRGBA32i& d) {
+                         const LXRGBA32i mixed = plain(source.At(x, y), d);
+                         d = bySelection ? PlainThrough(mixed, d, mask.At(x, y).alpha) : mixed;
+                     })));
 }
 
 } // namespace
@@ -48,27 +45,25 @@ TEST(IterativeBlend, Formulas) {
     using P = LXRGBA32i;
     for (const int opacity : {0, 1, 100, 255, 256, 512, 8192, -300}) {
         SCOPED_TRACE(opacity);
-        CheckFormula(LXSourceOver<false>(opacity), false,
-                     [&](P s, P d) { return PlainSourceOver(s, d, opacity, false, false); });
-        CheckFormula(LXSourceOver<true>(opacity), false,
-                     [&](P s, P d) { return PlainSourceOver(s, d, opacity, true, false); });
-        CheckFormula(LXDestinationOver<false>(opacity), false,
-                     [&](P s, P d) { return PlainDestinationOver(s, d, opacity); });
-        CheckFormula(LXSourceOverBySelection<false>(opacity), true,
-                     [&](P s, P d) { return PlainSourceOver(s, d, opacity, false, true); });
-        CheckFormula(LXSourceOverBySelection<true>(opacity), true,
-                     [&](P s, P d) { return PlainSourceOver(s, d, opacity, true, true); });
-        CheckFormula(LXDestinationOverBySelection<false>(opacity), true,
-                     [&](P s, P d) { return PlainDestinationOver(s, d, opacity); });
+        const auto over = [=](bool keepAlpha, bool bySelection) {
+            return [=](P s, P d) { return PlainSourceOver(s, d, opacity, keepAlpha, bySelection); };
+        };
+        const auto under = [=](P s, P d) { return PlainDestinationOver(s, d, opacity); };
+        CheckFormula<false>(LXSourceOver<false>(opacity), over(false, false));
+        CheckFormula<false>(LXSourceOver<true>(opacity), over(true, false));
+        CheckFormula<false>(LXDestinationOver<false>(opacity), under);
+        CheckFormula<true>(LXSourceOverBySelection<false>(opacity), over(false, true));
+        CheckFormula<true>(LXSourceOverBySelection<true>(opacity), over(true, true));
+        CheckFormula<true>(LXDestinationOverBySelection<false>(opacity), under);
     }
     for (const int offset : {0, 128, -255, 700, INT_MAX, INT_MIN}) {
-        CheckFormula(LXSubtractRGBSrcByDst(offset), false,
-                     [&](P s, P d) { return PlainSubtract(s, d, offset, false); });
-        CheckFormula(LXSubtractRGBDstBySrc(offset), false,
-                     [&](P s, P d) { return PlainSubtract(s, d, offset, true); });
+        CheckFormula<false>(LXSubtractRGBSrcByDst(offset),
+                            [&](P s, P d) { return PlainSubtract(s, d, offset, false); });
+        CheckFormula<false>(LXSubtractRGBDstBySrc(offset),
+                            [&](P s, P d) { return PlainSubtract(s, d, offset, true); });
     }
-    CheckFormula(LXSource<false>(), false, [](P s, P) { return s; });
-    CheckFormula(LXSourceBySelection(), true, [](P s, P) { return s; });
+    CheckFormula<false>(LXSource<false>(), [](P s, P) { return s; });
+    CheckFormula<true>(LXSourceBySelection(), [](P s, P) { return s; });
     for (const int extreme : {INT_MAX, INT_MIN}) { // harmless
         LXSourceOver<false>{extreme}(P{1, 2, 3, 255}, P{4, 5, 6, 200});
         LXDestinationOver<false>{extreme}(P{1, 2, 3, 255}, P{4, 5, 6, 200});
@@ -97,7 +92,6 @@ const QRect Places[] = {QRect(),
 } // namespace
 
 TEST(IterativeBlend, CutsRectanglesInAllImagesAlike) {
-    const TestPool pool;
     const Plane source = RandomPlane(150, 100, 1), before = RandomPlane(200, 140, 2),
                 mask = RandomPlane(90, 130, 3);
     const Image sourceImage = ImageOf(source), maskImage = ImageOf(mask);
@@ -105,74 +99,62 @@ TEST(IterativeBlend, CutsRectanglesInAllImagesAlike) {
     using Masked = LXSelectionBlender<LXRGBA32i, LXSourceBySelection, LXRGBA32i>;
     using Steps = LXIterativeBlendImages<Image, Plain>;
     using MaskedSteps = LXIterativeBlendBySelection<Image, Masked, Image>;
-    for (const QRect& s : Places)
-        for (const QRect& d : Places)
-            for (const QRect& m : Places) {
-                Plane expected = before, expectedMasked = before;
-                int rows = 0, maskedRows = 0;
-                for (int y = 0; y < 150; ++y) {
-                    bool any = false, anyMasked = false;
-                    for (int x = 0; x < 210; ++x) {
-                        QPoint from, to, through;
-                        if (!Meets(source.Rect(), s, x, y, from) ||
-                            !Meets(before.Rect(), d, x, y, to))
-                            continue;
-                        any = true;
-                        const LXRGBA32i p = source.At(from.x(), from.y());
-                        expected.At(to.x(), to.y()) = p;
-                        if (!Meets(mask.Rect(), m, x, y, through))
-                            continue;
-                        anyMasked = true;
-                        expectedMasked.At(to.x(), to.y()) = PlainThrough(
-                            p, before.At(to.x(), to.y()), mask.At(through.x(), through.y()).alpha);
-                    }
-                    rows += any;
-                    maskedRows += anyMasked;
-                }
-                SCOPED_TRACE(testing::Message() << s.x() << " " << d.x() << " " << m.x());
-                Image image = ImageOf(before);
-                MaskedSteps masked(Masked({}), sourceImage, image, maskImage, s, d, m);
-                ASSERT_EQ(MaskedSteps::GetIterationCount(sourceImage, image, maskImage, s, d, m),
-                          maskedRows);
-                for (int i = 0; i < maskedRows + 2; ++i)
-                    masked();
-                ASSERT_TRUE(Same(PlaneOf(image), expectedMasked));
-                if (&m != Places)
+    const auto check = [&](auto&& steps, int count, const Image& image, const QRect& s,
+                           const QRect& d, const QRect* m) {
+        Plane expected = before;
+        int rows = 0;
+        for (int y = 0; y < 150; ++y) {
+            bool any = false;
+            for (int x = 0; x < 210; ++x) {
+                QPoint from, to, through;
+                if (!Meets(source.Rect(), s, x, y, from) || !Meets(before.Rect(), d, x, y, to) ||
+                    (m && !Meets(mask.Rect(), *m, x, y, through)))
                     continue;
-                image = ImageOf(before);
-                Steps steps(Plain({}), sourceImage, image, s, d);
-                ASSERT_EQ(Steps::GetIterationCount(sourceImage, image, s, d), rows);
-                for (int i = 0; i < rows + 2; ++i)
-                    steps();
-                ASSERT_TRUE(Same(PlaneOf(image), expected));
+                any = true;
+                const LXRGBA32i p = source.At(from.x(), from.y());
+                LXRGBA32i& pixel = expected.At(to.x(), to.y());
+                pixel = m ? PlainThrough(p, pixel, mask.At(through.x(), through.y()).alpha) : p;
             }
+            rows += any;
+        }
+        ASSERT_EQ(count, rows);
+        for (int i = 0; i < rows + 2; ++i)
+            steps();
+        ASSERT_TRUE(Same(PlaneOf(image), expected));
+    };
+    for (const QRect& s : Places)
+        for (const QRect& d : Places) {
+            SCOPED_TRACE(testing::Message() << "from " << s << " to " << d);
+            Image image = ImageOf(before);
+            check(Steps(Plain({}), sourceImage, image, s, d),
+                  Steps::GetIterationCount(sourceImage, image, s, d), image, s, d, nullptr);
+            for (const QRect& m : Places) {
+                SCOPED_TRACE(testing::Message() << "through " << m);
+                Image masked = ImageOf(before);
+                check(MaskedSteps(Masked({}), sourceImage, masked, maskImage, s, d, m),
+                      MaskedSteps::GetIterationCount(sourceImage, masked, maskImage, s, d, m),
+                      masked, s, d, &m);
+            }
+        }
 }
 
 TEST(IterativeBlend, StopsHalfWayAndWithoutTiles) {
     using Blender = LXBlender<LXRGBA32i, LXSource<false>>;
-    {
-        const TestPool pool;
-        const Plane source = RandomPlane(150, 100, 1), before = RandomPlane(150, 100, 2);
-        const Image sourceImage = ImageOf(source);
-        Image image = ImageOf(before);
-        LXIterativeBlendImages<Image, Blender> steps(Blender({}), sourceImage, image, QRect(),
-                                                     QRect());
-        for (int i = 0; i < 40; ++i)
-            steps();
-        Plane expected = before;
-        std::copy_n(source.pixels.begin(), 40 * 150, expected.pixels.begin());
-        EXPECT_TRUE(Same(PlaneOf(image), expected));
-    }
-    const unsigned int needed =
-        SweepExhaustion([] { return std::pair(Image(300, 200), Image(300, 200)); },
-                        [](std::pair<Image, Image>& images) {
-                            LXIterativeBlendImages<Image, Blender> steps(
-                                Blender({}), images.first, images.second, QRect(), QRect());
-                            for (int i = 0; i < 200; ++i)
-                                steps();
-                        },
-                        [](const std::pair<Image, Image>&, const ExhaustionOutcome& outcome) {
-                            EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
-                        });
-    EXPECT_GE(needed, 2u);
+    const Plane source = RandomPlane(150, 100, 1), before = RandomPlane(150, 100, 2);
+    const Image sourceImage = ImageOf(source);
+    Image image = ImageOf(before);
+    LXIterativeBlendImages<Image, Blender> steps(Blender({}), sourceImage, image, QRect(), QRect());
+    for (int i = 0; i < 40; ++i)
+        steps();
+    const auto blend = [&](int x, int y, LXRGBA32i& pixel) { pixel = source.At(x, y); };
+    EXPECT_TRUE(Same(PlaneOf(image), Changed(before, QRect(0, 0, 150, 40), blend)));
+
+    const auto make = [] { return std::pair(Image(300, 200), Image(300, 200)); };
+    const auto blendAll = [](std::pair<Image, Image>& images) {
+        LXIterativeBlendImages<Image, Blender> all(Blender({}), images.first, images.second,
+                                                   QRect(), QRect());
+        for (int i = 0; i < 200; ++i)
+            all();
+    };
+    EXPECT_GE(SweepThrowing(make, blendAll), 2u);
 }

@@ -3,8 +3,7 @@
 #include "LXIterativeConvolve.h"
 #include "LXShiftEdge1D.h"
 #include "LXSimpleKernel1D.h"
-#include "support/ExhaustionSweep.h"
-#include "support/Plane.h"
+#include "support/PictureParts.h"
 #include "support/ReferenceSteps.h"
 
 #include <gtest/gtest.h>
@@ -19,39 +18,29 @@ namespace {
 using namespace Reference;
 using Image = LXImageRGBA32i;
 
-const QRect Parts[] = {QRect(0, 0, 200, 150),   QRect(-20, -20, 300, 300), QRect(0, 0, 10, 10),
-                       QRect(190, 140, 40, 40), QRect(100, 0, 60, 150),    QRect(127, 127, 2, 2),
-                       QRect(128, 20, 1, 100)};
-const QRect Outside(200, 0, 5, 5);
-const QRect Inverted(QPoint(50, 50), QPoint(40, 60));
 const QRect Huge(QPoint(-2000000000, -2000000000), QPoint(2000000000, 2000000000));
-
-void ForLines(Plane& plane, const QRect& part, bool columns, int lines, const ChangeLine& change) {
-    for (int n = 0; n < lines; ++n)
-        ChangeOneLine(plane, part, columns, n, change);
-}
 
 /// What shells have in common: a stop after any number of steps leaves the lines before it done and
 /// the rest untouched, and steps after the last do nothing.
-template <class MakeShell>
-void CheckSteps(const MakeShell& makeShell, const QRect& part, bool columns,
-                const ChangeLine& change) {
+template <class Shell, class... Arguments>
+void CheckSteps(const QRect& rect, const QRect& part, bool columns, const ChangeLine& change,
+                const Arguments&... arguments) {
     const Plane before = RandomPlane(200, 150, 1);
     const int lines = !part.isValid() ? 0 : columns ? part.width() : part.height();
     for (const int stop : {0, 1, lines / 2, lines, lines + 3}) {
-        SCOPED_TRACE(testing::Message() << part.x() << " " << part.y() << " " << part.width() << " "
-                                        << part.height() << (columns ? " V " : " H ") << stop);
+        SCOPED_TRACE(testing::Message() << rect << (columns ? " V " : " H ") << stop);
         Image image = ImageOf(before);
         const Image other = image;
-        auto shell = makeShell(image);
-        for (int n = 0; n < stop; ++n) {
-            if constexpr (std::is_same_v<decltype((*shell)()), bool>)
-                EXPECT_EQ((*shell)(), n >= lines);
-            else
-                (*shell)();
-        }
         Plane expected = before;
-        ForLines(expected, part, columns, std::min(stop, lines), change);
+        Shell shell(arguments..., image, rect);
+        for (int n = 0; n < stop; ++n) {
+            if constexpr (std::is_same_v<decltype(shell()), bool>)
+                EXPECT_EQ(shell(), n >= lines);
+            else
+                shell();
+            if (n < lines)
+                ChangeOneLine(expected, part, columns, n, change);
+        }
         ASSERT_TRUE(Same(PlaneOf(image), expected));
         EXPECT_TRUE(Same(PlaneOf(other), before));
     }
@@ -71,18 +60,9 @@ void CheckConvolve(const Kernel& kernel, const QRect& rect) {
             k(i);
         return result;
     };
-    CheckSteps(
-        [&](Image& image) {
-            return std::make_unique<LXBlur::LXIterativeConvolveH<Image, Kernel>>(kernel, image,
-                                                                                 rect);
-        },
-        part, false, change);
-    CheckSteps(
-        [&](Image& image) {
-            return std::make_unique<LXBlur::LXIterativeConvolveV<Image, Kernel>>(kernel, image,
-                                                                                 rect);
-        },
-        part, true, change);
+    using namespace LXBlur;
+    CheckSteps<LXIterativeConvolveH<Image, Kernel>>(rect, part, false, change, kernel);
+    CheckSteps<LXIterativeConvolveV<Image, Kernel>>(rect, part, true, change, kernel);
 }
 
 /// An application's own: the neighbour at some distance, tinted. It counts its calls.
@@ -116,32 +96,26 @@ void CheckBoxBlur(const Accumulator& accumulator, int radius, const QRect& rect)
     const QRect all(0, 0, 200, 150);
     const QRect part = radius < 0 ? QRect() : rect.isValid() ? rect & all : all;
     const ChangeLine change = [&](const Line& line, int first, int count) {
-        Line result;
+        Line result(std::size_t(count), LXRGBA32i{});
         for (int i = 0; i < count; ++i) {
             Accumulator sums = accumulator;
-            for (int p = first + i - radius; p <= first + i + radius; ++p)
-                if (std::is_void_v<Wrapper> || (p >= 0 && p < int(line.size())))
-                    sums.Add(Reference::At(line, p));
-                else
-                    sums.Add(LXRGBA32i{});
-            LXRGBA32i pixel{};
-            sums.Finalize(pixel);
-            result.push_back(pixel);
+            for (int p = first + i - radius; p <= first + i + radius; ++p) {
+                const bool inside = p >= 0 && p < int(line.size());
+                sums.Add(std::is_void_v<Wrapper> || inside ? Reference::At(line, p) : LXRGBA32i{});
+            }
+            sums.Finalize(result[std::size_t(i)]);
         }
         return result;
     };
     using H = LXBlur::LXBoxBlurIterativeH<Image, Accumulator, Wrapper>;
     using V = LXBlur::LXBoxBlurIterativeV<Image, Accumulator, Wrapper>;
-    CheckSteps([&](Image& image) { return std::make_unique<H>(radius, accumulator, image, rect); },
-               part, false, change);
-    CheckSteps([&](Image& image) { return std::make_unique<V>(radius, accumulator, image, rect); },
-               part, true, change);
+    CheckSteps<H>(rect, part, false, change, radius, accumulator);
+    CheckSteps<V>(rect, part, true, change, radius, accumulator);
 }
 
 } // namespace
 
 TEST(LineSteps, ConvolveLineByLine) {
-    const TestPool pool;
     for (const QRect& rect : Parts)
         CheckConvolve(LXGaussian1DPremul(2.0), rect);
     for (const QRect& rect :
@@ -155,7 +129,6 @@ TEST(LineSteps, ConvolveLineByLine) {
 }
 
 TEST(LineSteps, TakeTheKernelsOfApplications) {
-    const TestPool pool;
     std::atomic<int> calls{0};
     Image image = RandomImage(200, 150, 2);
     LXBlur::LXIterativeConvolveH<Image, Neighbour> steps(Neighbour(&calls), image,
@@ -173,23 +146,16 @@ TEST(LineSteps, TakeTheKernelsOfApplications) {
 
 /// One derived from a kernel that offers whole lines is asked by its own operator.
 TEST(LineSteps, TakeDerivedKernels) {
-    const TestPool pool;
-    struct Copy : LXGaussian1DPremul {
-        Copy() : LXGaussian1DPremul(3.0) {}
-        void SetSource(const std::vector<LXRGBA32i>* line) { source = line; }
-        void SetDestination(std::vector<LXRGBA32i>* line) { destination = line; }
-        void SetSourceOffset(int o) { offset = o; }
-        void operator()(int i) const {
-            (*destination)[std::size_t(i)] = (*source)[std::size_t(i + offset)];
-        }
-        const std::vector<LXRGBA32i>* source = nullptr;
-        std::vector<LXRGBA32i>* destination = nullptr;
-        int offset = 0;
+    struct Counter : LXGaussian1DPremul {
+        explicit Counter(std::atomic<int>* calls) : LXGaussian1DPremul(3.0), m_calls(calls) {}
+        void operator()(int) const { ++*m_calls; }
+        std::atomic<int>* m_calls;
     };
-    Image image = RandomImage(200, 10, 5);
-    LXBlur::LXIterativeConvolveH<Image, Copy> steps(Copy(), image, QRect());
+    std::atomic<int> calls{0};
+    Image image(200, 10);
+    LXBlur::LXIterativeConvolveH<Image, Counter> steps(Counter(&calls), image, QRect());
     steps();
-    EXPECT_TRUE(SamePixels(image, RandomImage(200, 10, 5)));
+    EXPECT_EQ(calls, 200);
 }
 
 TEST(LineSteps, MapsCopyTheirFunctor) {
@@ -224,32 +190,29 @@ struct StubbornImage : Image {
     }
 };
 
+/// How many lines or columns of the stubborn image are written or tried.
+template <class Shell, class... Arguments>
+int Tried(const Arguments&... arguments) {
+    StubbornImage image(RandomImage(20, 20, 1));
+    Shell shell(arguments..., image, QRect());
+    for (int i = 0; i < 25; ++i)
+        shell();
+    return 3 - image.lines;
+}
+
 } // namespace
 
 TEST(LineSteps, EndAtALineThatCannotBeWrittenButNotAtAColumn) {
-    const TestPool pool;
+    using namespace LXBlur;
     using Sums = LXAlphaBlurAccumulator;
-    using BoxH = LXBlur::LXBoxBlurIterativeH<StubbornImage, Sums, void>;
-    using BoxV = LXBlur::LXBoxBlurIterativeV<StubbornImage, Sums, void>;
-    const auto tried = [](auto makeShell) {
-        StubbornImage image(RandomImage(20, 20, 1));
-        auto shell = makeShell(image);
-        for (int i = 0; i < 25; ++i)
-            (*shell)();
-        return 3 - image.lines;
-    };
     using Kernel = LXSimpleBoxKernel1D;
-    using ConvolveH = LXBlur::LXIterativeConvolveH<StubbornImage, Kernel>;
-    using ConvolveV = LXBlur::LXIterativeConvolveV<StubbornImage, Kernel>;
-    EXPECT_EQ(tried([](auto& i) { return std::make_unique<BoxH>(1, Sums(1), i, QRect()); }), 4);
-    EXPECT_EQ(tried([](auto& i) { return std::make_unique<BoxV>(1, Sums(1), i, QRect()); }), 20);
-    EXPECT_EQ(tried([](auto& i) { return std::make_unique<ConvolveH>(Kernel(9), i, QRect()); }), 4);
-    EXPECT_EQ(tried([](auto& i) { return std::make_unique<ConvolveV>(Kernel(9), i, QRect()); }),
-              20);
+    EXPECT_EQ((Tried<LXBoxBlurIterativeH<StubbornImage, Sums, void>>(1, Sums(1))), 4);
+    EXPECT_EQ((Tried<LXBoxBlurIterativeV<StubbornImage, Sums, void>>(1, Sums(1))), 20);
+    EXPECT_EQ((Tried<LXIterativeConvolveH<StubbornImage, Kernel>>(Kernel(9))), 4);
+    EXPECT_EQ((Tried<LXIterativeConvolveV<StubbornImage, Kernel>>(Kernel(9))), 20);
 }
 
 TEST(LineSteps, NothingInImagesWithoutPixels) {
-    const TestPool pool;
     using Sums = LXRGBABlurAccumulatorPremul;
     for (const auto& [width, height] : {std::pair(0U, 0U), std::pair(5U, 0U), std::pair(0U, 5U)}) {
         Image image(width, height);
@@ -262,7 +225,6 @@ TEST(LineSteps, NothingInImagesWithoutPixels) {
 
 /// Along columns a missing tile is nothing, and what is there stays.
 TEST(LineSteps, PassOverMissingTiles) {
-    const TestPool pool;
     Image image = RandomImage(300, 10, 4);
     image.GetTileRow(0)[1] = nullptr;
     const LXRGBA32i last = image.GetColor(299, 9);
@@ -275,7 +237,6 @@ TEST(LineSteps, PassOverMissingTiles) {
 }
 
 TEST(LineSteps, BoxBlurLineByLine) {
-    const TestPool pool;
     using Surrounded = LXBlur::LXRGBA32iColorWrapper<0U>;
     const LXRGBA32i colour{5, 6, 7, 8};
     for (const QRect& rect : Parts)
@@ -298,7 +259,6 @@ TEST(LineSteps, BoxBlurLineByLine) {
 
 /// A strip of an image so high that its results are limited to fewer columns.
 TEST(LineSteps, BoxBlurOfAHighImage) {
-    const TestPool pool;
     Image image(100, 60000);
     for (int y = 0; y < 60000; y += 7)
         image.SetColor(y % 100, y, LXRGBA32i{1, 2, 3, std::uint8_t(y)});
@@ -317,7 +277,6 @@ TEST(LineSteps, BoxBlurOfAHighImage) {
 }
 
 TEST(LineSteps, PassOnWhatAKernelThrows) {
-    TestPool pool;
     struct Thrower : Neighbour {
         using Neighbour::Neighbour;
         void operator()(int i) {
@@ -327,34 +286,26 @@ TEST(LineSteps, PassOnWhatAKernelThrows) {
         }
     };
     std::atomic<int> calls{0};
-    {
-        Image image = RandomImage(200, 150, 3);
-        LXBlur::LXIterativeConvolveH<Image, Thrower> steps(Thrower(&calls), image, QRect());
-        EXPECT_THROW(steps(), std::exception);
-        EXPECT_TRUE(SamePixels(image, RandomImage(200, 150, 3)));
-    }
-    EXPECT_EQ(pool.InUse(), 0u);
+    Image image = RandomImage(200, 150, 3);
+    LXBlur::LXIterativeConvolveH<Image, Thrower> steps(Thrower(&calls), image, QRect());
+    EXPECT_THROW(steps(), std::exception);
+    EXPECT_TRUE(SamePixels(image, RandomImage(200, 150, 3)));
 }
 
 TEST(LineSteps, RunOutOfTiles) {
-    const auto sweep = [](auto run) {
-        return SweepExhaustion([] { return Image(300, 280); }, run,
-                               [](const Image&, const ExhaustionOutcome& outcome) {
-                                   EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
-                               });
+    const auto make = [] { return Image(300, 280); };
+    const auto convolve = [](Image& image) {
+        using Kernel = LXSimpleBoxKernel1D;
+        LXBlur::LXIterativeConvolveV<Image, Kernel> steps(Kernel(9), image, QRect());
+        for (int i = 0; i < 300; ++i)
+            steps();
     };
-    EXPECT_GE(sweep([](Image& image) {
-                  LXBlur::LXIterativeConvolveV<Image, LXSimpleBoxKernel1D> steps(
-                      LXSimpleBoxKernel1D(9), image, QRect());
-                  for (int i = 0; i < 300; ++i)
-                      steps();
-              }),
-              3u);
-    EXPECT_GE(sweep([](Image& image) {
-                  using Sums = LXAlphaBlurAccumulator;
-                  LXBlur::LXBoxBlurIterativeV<Image, Sums, void> steps(2, Sums(2), image, QRect());
-                  while (!steps()) {
-                  }
-              }),
-              3u);
+    const auto blur = [](Image& image) {
+        using Sums = LXAlphaBlurAccumulator;
+        LXBlur::LXBoxBlurIterativeV<Image, Sums, void> steps(2, Sums(2), image, QRect());
+        while (!steps()) {
+        }
+    };
+    EXPECT_GE(SweepThrowing(make, convolve), 3u);
+    EXPECT_GE(SweepThrowing(make, blur), 3u);
 }

@@ -2,8 +2,7 @@
 #include "LXTransformImageColorsIterative.h"
 #include "LXTransformImagePixel.h"
 #include "LXTransformImagePixelIterative.h"
-#include "support/ExhaustionSweep.h"
-#include "support/Pictures.h"
+#include "support/PictureParts.h"
 #include "support/ReferenceSteps.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +11,7 @@
 
 namespace {
 
+using namespace Reference;
 using Image = LXImageRGBA32i;
 
 struct Step {
@@ -27,84 +27,70 @@ struct Place {
     }
 };
 
-const QRect Rects[] = {
-    QRect(0, 0, 300, 280),     QRect(5, 5, 100, 100),   QRect(100, 60, 150, 20),
-    QRect(130, 133, 60, 120),  QRect(-40, -50, 90, 90), QRect(250, 250, 500, 500),
-    QRect(128, 128, 128, 128), QRect(120, 64, 20, 64),  QRect(120, 65, 20, 63)};
-
-const QRect Nothing[] = {QRect(), QRect(300, 0, 5, 5), QRect(5, 5, 0, 5),
-                         QRect(QPoint(50, 50), QPoint(40, 40))};
+const QRect All(0, 0, 300, 280);
+const QRect Rects[] = {All,
+                       QRect(5, 5, 100, 100),
+                       QRect(100, 60, 150, 20),
+                       QRect(130, 133, 60, 120),
+                       QRect(-40, -50, 90, 90),
+                       QRect(250, 250, 500, 500),
+                       QRect(128, 128, 128, 128),
+                       QRect(120, 64, 20, 64),
+                       QRect(120, 65, 20, 63)};
 
 } // namespace
 
 TEST(TileSteps, ColoursGoTileByTile) {
     TestPool pool;
+    const Plane before = RandomPlane(300, 280, 1);
     for (const QRect& rect : Rects) {
-        const Image before = RandomImage(300, 280, 1);
-        Image image(before);
+        Image image = ImageOf(before);
+        const Image shared = image;
         LXTransformImageColorsIterative<Image, Step> steps(Step(), image, rect);
         const unsigned int tiles = pool.InUse();
-        const QRect part = rect & QRect(0, 0, 300, 280);
         const int count = LXTileSteps<Image>::GetTileCount(image, rect);
-        EXPECT_EQ(count, (part.right() / 128 - part.left() / 128 + 1) *
-                             (part.bottom() / 128 - part.top() / 128 + 1));
+        EXPECT_EQ(count, int(TileParts(rect & All).size()));
         for (int i = 0; i < count; ++i) {
             EXPECT_FALSE(steps());
             EXPECT_EQ(pool.InUse(), tiles + unsigned(i) + 1) << "a step touches one tile";
         }
         EXPECT_TRUE(steps());
         EXPECT_TRUE(steps());
-        for (int y = 0; y < 280; ++y)
-            for (int x = 0; x < 300; ++x) {
-                LXRGBA32i expected = before.GetColor(x, y);
-                expected.blue = std::uint8_t(expected.blue + part.contains(x, y));
-                ASSERT_EQ(image.GetColor(x, y), expected) << x << " " << y;
-            }
+        const auto step = [](int, int, LXRGBA32i& pixel) { Step()(pixel); };
+        EXPECT_TRUE(Same(PlaneOf(image), Changed(before, rect, step))) << rect;
     }
 }
 
 TEST(TileSteps, OneCallTakesExactlyTheRectangle) {
-    const TestPool pool;
+    const Plane before = RandomPlane(300, 280, 3);
     for (const QRect& rect : Rects) {
-        const Image before = RandomImage(300, 280, 3);
-        Image image(before);
+        Image image = ImageOf(before);
         EXPECT_TRUE((LXTransformImagePixel<Image, Place>()(image, rect, Place())));
-        for (int y = 0; y < 280; ++y)
-            for (int x = 0; x < 300; ++x) {
-                LXRGBA32i expected = before.GetColor(x, y);
-                if (rect.contains(x, y))
-                    Place()(x, y, expected);
-                ASSERT_EQ(image.GetColor(x, y), expected) << x << " " << y;
-            }
+        EXPECT_TRUE(Same(PlaneOf(image), Changed(before, rect, Place()))) << rect;
     }
 }
 
 TEST(TileSteps, PixelsOnThePoolSkipTheFirstRows) {
-    const TestPool pool;
+    const Plane before = RandomPlane(300, 280, 2);
     for (const QRect& rect : Rects) {
-        const Image before = RandomImage(300, 280, 2);
-        Image image(before);
+        Image image = ImageOf(before);
         LXTransformImagePixelIterative<Image, Place> steps(Place(), image, rect);
         int count = 0;
         while (!steps())
             ++count;
         EXPECT_EQ(count, LXTileSteps<Image>::GetTileCount(image, rect));
         EXPECT_TRUE(steps());
-        Image expected(before);
-        for (const QRect& tile : Reference::TileParts(rect & LXImageRect(image)))
-            Reference::ForSkippedRows(tile, 280, [&](int x, int y, int toldY) {
-                LXRGBA32i pixel = before.GetColor(x, y);
-                Place()(x, toldY, pixel);
-                expected.SetColor(x, y, pixel);
-            });
-        EXPECT_TRUE(SamePixels(image, expected)) << rect.x() << " " << rect.y();
+        Plane expected = before;
+        for (const QRect& tile : TileParts(rect & All))
+            ForSkippedRows(tile, 280,
+                           [&](int x, int y, int toldY) { Place()(x, toldY, expected.At(x, y)); });
+        EXPECT_TRUE(Same(PlaneOf(image), expected)) << rect;
     }
 }
 
 TEST(TileSteps, RectanglesWithoutPixelsGiveNoSteps) {
-    const TestPool pool;
     Image image(300, 280);
-    for (const QRect& rect : Nothing) {
+    for (const QRect& rect : {QRect(), QRect(300, 0, 5, 5), QRect(5, 5, 0, 5), Inverted}) {
         EXPECT_EQ(LXTileSteps<Image>::GetTileCount(image, rect), 0);
         EXPECT_TRUE((LXTransformImageColorsIterative<Image, Step>(Step(), image, rect)()));
         EXPECT_TRUE((LXTransformImagePixel<Image, Place>()(image, rect, Place())));
@@ -115,7 +101,6 @@ TEST(TileSteps, RectanglesWithoutPixelsGiveNoSteps) {
 
 /// The steps share one functor, tiles go row by row, and missing ones are passed over.
 TEST(TileSteps, KeepTheirFunctorFromTileToTile) {
-    const TestPool pool;
     struct Numbers {
         int next = 0;
         void operator()(LXRGBA32i& pixel) {
@@ -138,11 +123,10 @@ TEST(TileSteps, KeepTheirFunctorFromTileToTile) {
     EXPECT_EQ(number(256, 127), 129);
     EXPECT_EQ(number(128, 128), 130);
     EXPECT_EQ(number(128, 129), 130 + 128);
-    LXTransformImagePixel<Image, Place>()(image, LXImageRect(image), Place());
+    LXTransformImagePixel<Image, Place>()(image, All, Place());
 }
 
 TEST(TileSteps, PassOnWhatAFunctorThrows) {
-    TestPool pool;
     struct Thrower {
         void operator()(LXRGBA32i&) const { throw std::runtime_error("no"); }
         void operator()(int x, int, LXRGBA32i&) const {
@@ -150,33 +134,24 @@ TEST(TileSteps, PassOnWhatAFunctorThrows) {
                 throw std::runtime_error("no");
         }
     };
-    {
-        Image image(300, 280);
-        LXTransformImageColorsIterative<Image, Thrower> steps(Thrower(), image, LXImageRect(image));
-        EXPECT_THROW(steps(), std::runtime_error);
-        LXTransformImagePixelIterative<Image, Thrower> onThePool(Thrower(), image,
-                                                                 LXImageRect(image));
-        EXPECT_THROW(onThePool(), std::exception);
-        image.SetColor(0, 0, {1, 1, 1, 1}); // the tile is free again
-    }
-    EXPECT_EQ(pool.InUse(), 0u);
+    Image image(300, 280);
+    LXTransformImageColorsIterative<Image, Thrower> steps(Thrower(), image, All);
+    EXPECT_THROW(steps(), std::runtime_error);
+    LXTransformImagePixelIterative<Image, Thrower> onThePool(Thrower(), image, All);
+    EXPECT_THROW(onThePool(), std::exception);
+    image.SetColor(0, 0, {1, 1, 1, 1}); // the tile is free again
 }
 
 TEST(TileSteps, RunOutOfTilesBetweenSteps) {
-    const auto sweep = [](auto run) {
-        return SweepExhaustion([] { return Image(300, 280); }, run,
-                               [](const Image&, const ExhaustionOutcome& outcome) {
-                                   EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
-                               });
+    const auto make = [] { return Image(300, 280); };
+    const auto atOnce = [](Image& image) {
+        LXTransformImagePixel<Image, Place>()(image, All, Place());
     };
-    const QRect all(0, 0, 300, 280);
-    EXPECT_GE(
-        sweep([&](Image& image) { LXTransformImagePixel<Image, Place>()(image, all, Place()); }),
-        3u);
-    EXPECT_GE(sweep([&](Image& image) {
-                  LXTransformImageColorsIterative<Image, Step> steps(Step(), image, all);
-                  while (!steps()) {
-                  }
-              }),
-              3u);
+    const auto inSteps = [](Image& image) {
+        LXTransformImageColorsIterative<Image, Step> steps(Step(), image, All);
+        while (!steps()) {
+        }
+    };
+    EXPECT_GE(SweepThrowing(make, atOnce), 3u);
+    EXPECT_GE(SweepThrowing(make, inSteps), 3u);
 }

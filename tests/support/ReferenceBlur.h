@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Plane.h"
+#include "ReferenceKernels.h"
 
 #include <cstdint>
 #include <utility>
@@ -9,16 +10,13 @@
 /// the library but the pixel type.
 namespace Reference {
 
-constexpr std::uint8_t LXRGBA32i::*PlaneChannels[] = {&LXRGBA32i::blue, &LXRGBA32i::green,
-                                                      &LXRGBA32i::red, &LXRGBA32i::alpha};
-
 /// (start + sum) / count over 2 radius + 1 neighbours along (dx, dy), for the pixels of `rect`.
 inline void BoxPass(Plane& plane, const QRect& rect, int radius, int dx, int dy, int start) {
     const Plane before = plane;
     const QRect part = rect & plane.Rect();
     for (int y = part.top(); y <= part.bottom(); ++y)
         for (int x = part.left(); x <= part.right(); ++x)
-            for (const auto channel : PlaneChannels) {
+            for (const auto channel : Channels) {
                 int sum = start;
                 for (int k = -radius; k <= radius; ++k)
                     sum += before.Clamped(x + k * dx, y + k * dy).*channel;
@@ -80,7 +78,7 @@ inline Plane Convolved(const Plane& plane, const double* kernel, int kw, int kh,
                     const int sx = x + kw / 2 - i, sy = y + kh / 2 - j;
                     const LXRGBA32i p = plane.Clamped(sx, sy);
                     for (int n = 0; n < 4; ++n)
-                        sums[n] += p.*PlaneChannels[n] * kernel[j * kw + i];
+                        sums[n] += p.*Channels[n] * kernel[j * kw + i];
                     if (plane.Rect().contains(sx, sy))
                         alpha = float(double(alpha) + p.alpha * kernel[j * kw + i]);
                 }
@@ -90,7 +88,7 @@ inline Plane Convolved(const Plane& plane, const double* kernel, int kw, int kh,
                 out.alpha = Limited255(double(alpha));
             else if (sums[3] >= 1)
                 for (int n = 0; n < 4; ++n)
-                    out.*PlaneChannels[n] = Limited255(sums[n]);
+                    out.*Channels[n] = Limited255(sums[n]);
         }
     return result;
 }
