@@ -106,23 +106,24 @@ void CheckLog(const QString& text) {
     LogCapture::Contexts().clear();
 }
 
-/// `defaults` and `others` are the fields in hexadecimal digits; `isOthers` tells whether the
-/// latter are in the parameters.
-template <class Params, class IsOthers>
-void CheckStream(const QByteArray& header, const QByteArray& defaults, const QByteArray& others,
-                 const QString& writeError, const QString& readError, IsOthers isOthers) {
+/// The fields are given in hexadecimal digits.
+template <class Params>
+void CheckStream(const QByteArray& header, const QString& name, const QByteArray& defaultFields,
+                 const Params& params, const QByteArray& fields) {
     SCOPED_TRACE(header.constData());
     const LogCapture log;
-    const QByteArray defaultBytes = header + QByteArray::fromHex(defaults);
-    const QByteArray bytes = header + QByteArray::fromHex(others);
+    const QString writeError = "Write " + name + " data error.",
+                  readError = "Read " + name + " data error.";
+    const QByteArray defaultBytes = header + QByteArray::fromHex(defaultFields);
+    const QByteArray bytes = header + QByteArray::fromHex(fields);
     EXPECT_EQ(Written(Params()).toHex(), defaultBytes.toHex());
-
-    Params params;
-    QDataStream stream(bytes + "more");
-    EXPECT_TRUE(params.Read(stream));
-    EXPECT_TRUE(isOthers(params));
-    EXPECT_EQ(stream.device()->pos(), bytes.size()) << "the rest stays on the stream";
     EXPECT_EQ(Written(params).toHex(), bytes.toHex());
+
+    Params read;
+    QDataStream stream(bytes + "more");
+    EXPECT_TRUE(read.Read(stream));
+    EXPECT_EQ(stream.device()->pos(), bytes.size()) << "the rest stays on the stream";
+    EXPECT_EQ(Written(read).toHex(), bytes.toHex());
     EXPECT_TRUE(LogCapture::Lines().isEmpty());
 
     for (int size = 0; size < bytes.size(); ++size) {
@@ -155,19 +156,17 @@ void CheckStream(const QByteArray& header, const QByteArray& defaults, const QBy
     QByteArray foreign = bytes;
     foreign[3] = char(foreign[3] ^ 0x20);
     QDataStream wrong(foreign);
-    params = Params();
-    EXPECT_FALSE(params.Read(wrong));
-    EXPECT_EQ(Written(params), defaultBytes);
+    read = Params();
+    EXPECT_FALSE(read.Read(wrong));
+    EXPECT_EQ(Written(read), defaultBytes);
     EXPECT_EQ(wrong.device()->pos(), header.size()) << "no more than the header is taken";
     EXPECT_EQ(wrong.status(), QDataStream::Ok);
     wrong.device()->seek(0);
-    wrong >> params;
+    wrong >> read;
     CheckLog(readError);
     EXPECT_EQ(wrong.status(), QDataStream::Ok);
 
     // What follows is read with the stream's settings.
-    QDataStream again(bytes);
-    again >> params;
     QByteArray little;
     QDataStream littleEndian(&little, QIODevice::ReadWrite);
     littleEndian.setByteOrder(QDataStream::LittleEndian);
@@ -176,75 +175,44 @@ void CheckStream(const QByteArray& header, const QByteArray& defaults, const QBy
     EXPECT_NE(little, bytes);
     EXPECT_EQ(littleEndian.byteOrder(), QDataStream::LittleEndian);
     littleEndian.device()->seek(0);
-    Params same;
-    littleEndian >> same;
-    EXPECT_EQ(Written(same), bytes);
+    littleEndian >> read;
+    EXPECT_EQ(Written(read), bytes);
 }
 
 } // namespace
 
 TEST(FilterFrame, Streams) {
-    using Vignette = LXVignetteProcessing::Params;
-    CheckStream<Vignette>(
-        "RMVignette 1.00001", "00000001 00000064 00000001 01 ffff 0000 0000 0000 0000",
-        "00000003 fffffffb 00000007 01 8080 1111 2222 3333 0000", "Write vignette data error.",
-        "Read vignette data error.", [](const Vignette& p) {
-            return p.size == 3 && p.strength == -5 && p.shape == 7 &&
-                   p.color == QColor(0x11, 0x22, 0x33, 0x80);
-        });
-    using Smoothen = LXSmoothenProcessing::Params;
-    CheckStream<Smoothen>("RMSmoothen 1.00000", "0000000a", "12345678",
-                          "Write smoothen data error.", "Read smoothen data error.",
-                          [](const Smoothen& p) { return p.amount == 0x12345678; });
-    using Sharpen = LXSharpenProcessing::Params;
-    CheckStream<Sharpen>("RMSharpen 1.00000", "0000000a", "fffffffe", "Write sharpen data error.",
-                         "Read sharpen data error.",
-                         [](const Sharpen& p) { return p.amount == -2; });
-    using HighPass = LXHighPassProcessing::Params;
-    CheckStream<HighPass>("RMHighPass 1.00000", "4024000000000000 00000001 00000064",
-                          "3ff8000000000000 00000002 00000063", "Write high pass data error.",
-                          "Read high pass data error.", [](const HighPass& p) {
-                              return p.radius == 1.5 && p.modeIndex == 2 && p.opacity == 99;
-                          });
-    using Gaussian = LXGaussianBlurProcessing::Params;
-    CheckStream<Gaussian>("RMGaussianBlur 1.00000", "4014000000000000", "bff8000000000000",
-                          "Write gaussian blur data error.", "Read gaussian blur data error.",
-                          [](const Gaussian& p) { return p.radius == -1.5; });
-    using Glow = LXDiffuseGlowProcessing::Params;
-    CheckStream<Glow>(
-        "RMDiffuseGlow 1.00000", "00000064 00000005 00000080 01 ffff ffff ffff ffff 0000 00000000",
-        "00000001 00000002 00000003 01 0404 0505 0606 0707 0000 00000008",
-        "Write diffuse glow data error.", "Read diffuse glow data error.", [](const Glow& p) {
-            return p.opacity == 1 && p.radius == 2 && p.threshold == 3 &&
-                   p.color == QColor(5, 6, 7, 4) && p.mode == 8;
-        });
-    using Box = LXBoxBlurProcessing::Params;
-    CheckStream<Box>("RMBoxBlur 1.00000", "00000005", "00000100", "Write box blur data error.",
-                     "Read box blur data error.", [](const Box& p) { return p.radius == 256; });
-    using Noise = LXAddNoiseProcessing::Params;
-    CheckStream<Noise>(
-        "RMAddNoise 1.00000", "00000032 00000000 00000001", "00000002 00000003 00000000",
-        "Write add noise data error.", "Read add noise data error.",
-        [](const Noise& p) { return p.amount == 2 && p.distribution == 3 && !p.keepAlpha; });
-    const auto isOtherShadow = [](const LXShadowParams& p) {
-        return p.value0 == 1 && p.color == QColor(3, 4, 5, 2) && p.value1 == 6 && p.value2 == 7 &&
-               p.value3 == 8 && p.blurRadius == 9 && p.value4 == 10;
-    };
-    const QByteArray shadow = "00000087 01 ffff 0000 0000 0000 0000 "
-                              "0000004b 00000019 00000000 00000014 00000000",
-                     otherShadow = "00000001 01 0202 0303 0404 0505 0000 "
-                                   "00000006 00000007 00000008 00000009 0000000a";
-    CheckStream<LXDropShadowProcessing::Params>("RMDropShadow 1.00000", shadow, otherShadow,
-                                                "Write drop shadow data error.",
-                                                "Read drop shadow data error.", isOtherShadow);
-    CheckStream<LXInnerShadowProcessing::Params>("RMInnerShadow 1.00000", shadow, otherShadow,
-                                                 "Write inner shadow data error.",
-                                                 "Read inner shadow data error.", isOtherShadow);
-    using Refine = RMRefineSelectionProcessing::Params;
-    CheckStream<Refine>("RMRefineSelection 1.00000", "0000000000000000 00000000",
-                        "3fe0000000000000 fffffffe", "Write refine selection data error.",
-                        "Read refine selection data error.",
-                        [](const Refine& p) { return p.smoothRadius == 0.5 && p.shift == -2; });
+    CheckStream("RMVignette 1.00001", "vignette",
+                "00000001 00000064 00000001 01 ffff 0000 0000 0000 0000",
+                LXVignetteProcessing::Params{3, -5, QColor(0x11, 0x22, 0x33, 0x80), 7},
+                "00000003 fffffffb 00000007 01 8080 1111 2222 3333 0000");
+    CheckStream("RMSmoothen 1.00000", "smoothen", "0000000a",
+                LXSmoothenProcessing::Params{0x12345678}, "12345678");
+    CheckStream("RMSharpen 1.00000", "sharpen", "0000000a", LXSharpenProcessing::Params{-2},
+                "fffffffe");
+    CheckStream("RMHighPass 1.00000", "high pass", "4024000000000000 00000001 00000064",
+                LXHighPassProcessing::Params{1.5, 2, 99}, "3ff8000000000000 00000002 00000063");
+    CheckStream("RMGaussianBlur 1.00000", "gaussian blur", "4014000000000000",
+                LXGaussianBlurProcessing::Params{-1.5}, "bff8000000000000");
+    CheckStream("RMDiffuseGlow 1.00000", "diffuse glow",
+                "00000064 00000005 00000080 01 ffff ffff ffff ffff 0000 00000000",
+                LXDiffuseGlowProcessing::Params{1, 2, 3, QColor(5, 6, 7, 4), 8},
+                "00000001 00000002 00000003 01 0404 0505 0606 0707 0000 00000008");
+    CheckStream("RMBoxBlur 1.00000", "box blur", "00000005", LXBoxBlurProcessing::Params{256},
+                "00000100");
+    CheckStream("RMAddNoise 1.00000", "add noise", "00000032 00000000 00000001",
+                LXAddNoiseProcessing::Params{2, 3, false}, "00000002 00000003 00000000");
+    const LXShadowParams shadow{1, QColor(3, 4, 5, 2), 6, 7, 8, 9, 10};
+    const QByteArray defaultShadow = "00000087 01 ffff 0000 0000 0000 0000 "
+                                     "0000004b 00000019 00000000 00000014 00000000",
+                     shadowFields = "00000001 01 0202 0303 0404 0505 0000 "
+                                    "00000006 00000007 00000008 00000009 0000000a";
+    CheckStream("RMDropShadow 1.00000", "drop shadow", defaultShadow,
+                LXDropShadowProcessing::Params{shadow}, shadowFields);
+    CheckStream("RMInnerShadow 1.00000", "inner shadow", defaultShadow,
+                LXInnerShadowProcessing::Params{shadow}, shadowFields);
+    CheckStream("RMRefineSelection 1.00000", "refine selection", "0000000000000000 00000000",
+                RMRefineSelectionProcessing::Params{0.5, -2}, "3fe0000000000000 fffffffe");
 }
 
 TEST(FilterFrame, StreamsOfOldVignettesAndOddValues) {
@@ -297,29 +265,20 @@ TEST(FilterFrame, StreamsOfOldVignettesAndOddValues) {
 // ---- runs ---------------------------------------------------------------------------------------
 
 TEST(FilterFrame, StopsBetweenTwoSteps) {
-    const TestPool pool;
     for (const FilterCase& filter : FilterCases())
         for (const std::size_t input : {0, 1}) {
             const FilterInput& in = FilterInputs()[input];
             const int total = int(filter.plan(in).Do(INT_MAX).size());
-            for (const int stop : {0, 1, total / 3, total * 2 / 3, total - 1, total}) {
-                SCOPED_TRACE(testing::Message() << filter.name << ", input " << input << ", after "
-                                                << stop << " of " << total);
-                const FilterImages images(in);
+            for (const int stop :
+                 {0, 1, total / 3, total * 2 / 3, total - 3, total - 2, total - 1, total}) {
+                SCOPED_TRACE(testing::Message() << "of " << total << ", input " << input);
                 FilterCaller caller;
-                caller.cancelFlag = stop <= 0;
-                caller.cancelAt = stop;
-                const FilterResult result = filter.run(images, caller);
-                const Plan plan = filter.plan(in);
-                EXPECT_TRUE(SameRun(result, caller, plan, plan.Do(stop)));
-                EXPECT_TRUE(Same(PlaneOf(images.image), in.image));
-                EXPECT_TRUE(caller.LocksAreFree());
+                CheckRun(filter, in, caller, stop);
             }
         }
 }
 
 TEST(FilterFrame, MayBeUsedAgain) {
-    const TestPool pool;
     QReadWriteLock lock;
     bool flag = false;
     LXSharpenProcessing filter(lock, flag);
@@ -339,7 +298,6 @@ TEST(FilterFrame, MayBeUsedAgain) {
 
 /// Two threads with the lock and flag of one caller; the first stops both half-way.
 TEST(FilterFrame, TwoRunsAtOnce) {
-    const TestPool pool;
     for (const FilterCase& filter : FilterCases())
         for (const bool stops : {false, true}) {
             SCOPED_TRACE(testing::Message() << filter.name << (stops ? ", stopped" : ""));
@@ -368,7 +326,7 @@ TEST(FilterFrame, TwoRunsAtOnce) {
 TEST(FilterFrame, RunsOutOfTiles) {
     struct State {
         FilterImages images;
-        std::unique_ptr<FilterCaller> caller;
+        std::unique_ptr<FilterCaller> caller = std::make_unique<FilterCaller>();
     };
     std::vector<FilterCase> filters{
         {"AddNoise drawn",
@@ -381,23 +339,21 @@ TEST(FilterFrame, RunsOutOfTiles) {
     for (const FilterCase& filter : filters)
         for (const std::size_t input : {0, 1}) {
             SCOPED_TRACE(testing::Message() << filter.name << ", input " << input);
-            const unsigned int needed = SweepExhaustion(
-                [&] {
-                    return State{FilterImages(FilterInputs()[input]),
-                                 std::make_unique<FilterCaller>()};
-                },
-                [&](State& state) { filter.run(state.images, *state.caller); },
-                [&](const State& state, const ExhaustionOutcome& outcome) {
-                    FilterCaller& caller = *state.caller;
-                    EXPECT_EQ(outcome.threw, outcome.handlerCalls > 0);
-                    EXPECT_TRUE(caller.LocksAreFree());
-                    EXPECT_TRUE(outcome.tilesAfter == outcome.tilesBefore ||
-                                caller.cachedResult.GetWidth() != 0 ||
-                                caller.cachedUniformNoise.GetWidth() != 0)
-                        << outcome.tilesBefore << " and " << outcome.tilesAfter << " tiles";
-                    EXPECT_TRUE(Same(PlaneOf(state.images.image), FilterInputs()[input].image));
-                });
-            const bool idle = filter.plan && filter.plan(FilterInputs()[input]).range == 0;
+            const FilterInput& in = FilterInputs()[input];
+            const auto check = [&](const State& state, const ExhaustionOutcome& outcome) {
+                const FilterCaller& caller = *state.caller;
+                EXPECT_EQ(outcome.threw, outcome.handlerCalls > 0);
+                EXPECT_TRUE(state.caller->LocksAreFree());
+                EXPECT_TRUE(outcome.tilesAfter == outcome.tilesBefore ||
+                            caller.cachedResult.GetWidth() != 0 ||
+                            caller.cachedUniformNoise.GetWidth() != 0)
+                    << outcome.tilesBefore << " and " << outcome.tilesAfter << " tiles";
+                EXPECT_TRUE(Same(PlaneOf(state.images.image), in.image));
+            };
+            const unsigned int needed =
+                SweepExhaustion([&] { return State{FilterImages(in)}; },
+                                [&](State& s) { filter.run(s.images, *s.caller); }, check);
+            const bool idle = filter.plan && filter.plan(in).range == 0;
             EXPECT_EQ(needed > 0, !idle);
         }
 }

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -43,6 +44,7 @@ FilterResult Watched(FilterCaller& caller, Data data, Caches&... caches) {
     return ResultOf(filter.run(std::move(data)));
 }
 
+/// With one number.
 template <class Filter, class Data, class Value>
 FilterCase Strength(const std::string& name, Value Data::*field, Value value,
                     Plan (*plan)(const FilterInput&, Value)) {
@@ -78,32 +80,37 @@ FilterCase BlurEx(const std::string& name, Radius radius, int margin, const QRec
             }};
 }
 
-FilterCase VignetteCase(const std::string& name, int size, int strength, int shape) {
-    LXVignetteProcessing::Params params;
-    params.size = size;
-    params.strength = strength;
-    params.color = QColor(200, 30, 60, 128);
-    params.shape = shape;
-    return {"Vignette " + name,
+/// With parameters as the filter has them on a stream.
+template <class Filter, class Params>
+FilterCase WithParams(const std::string& name, const Params& params,
+                      Plan (*plan)(const FilterInput&, const Params&)) {
+    return {name,
             [=](const FilterImages& in, FilterCaller& caller) {
-                auto data = DataOf<LXVignetteProcessing::VignetteData>(in);
+                auto data = DataOf<LXFilterData<Params>>(in);
                 data.params = params;
-                return Watched<LXVignetteProcessing>(caller, data);
+                return Watched<Filter>(caller, data);
             },
-            [=](const FilterInput& in) { return Vignette(in, params); }};
+            [=](const FilterInput& in) { return plan(in, params); }};
 }
 
-FilterCase HighPassCase(const std::string& name, double radius, int modeIndex, int opacity,
+FilterCase VignetteCase(const std::string& name, int size, int strength, int shape) {
+    return WithParams<LXVignetteProcessing>(
+        "Vignette " + name, {size, strength, QColor(200, 30, 60, 128), shape}, Vignette);
+}
+
+FilterCase GlowCase(const std::string& name, int opacity, int radius, int threshold, int mode) {
+    return WithParams<LXDiffuseGlowProcessing>(
+        "DiffuseGlow " + name, {opacity, radius, threshold, QColor(250, 220, 90, 7), mode},
+        DiffuseGlow);
+}
+
+FilterCase HighPassCase(const std::string& name, const LXHighPassProcessing::Params& params,
                         bool hit) {
-    LXHighPassProcessing::Params params;
-    params.radius = radius;
-    params.modeIndex = modeIndex;
-    params.opacity = opacity;
     const Plane cached = RandomPlane(100, 90, 77);
     return {"HighPass " + name,
             [=](const FilterImages& in, FilterCaller& caller) {
                 if (hit) {
-                    caller.cachedRadius = radius;
+                    caller.cachedRadius = params.radius;
                     caller.cachedResult = ImageOf(cached);
                 }
                 return RunHighPass(in, caller, params);
@@ -111,70 +118,44 @@ FilterCase HighPassCase(const std::string& name, double radius, int modeIndex, i
             [=](const FilterInput& in) { return HighPass(in, params, hit ? &cached : nullptr); }};
 }
 
-FilterCase GlowCase(const std::string& name, int opacity, int radius, int threshold, int mode) {
-    LXDiffuseGlowProcessing::Params params;
-    params.opacity = opacity;
-    params.radius = radius;
-    params.threshold = threshold;
-    params.color = QColor(250, 220, 90, 7);
-    params.mode = mode;
-    return {"DiffuseGlow " + name,
-            [=](const FilterImages& in, FilterCaller& caller) {
-                auto data = DataOf<LXDiffuseGlowProcessing::DiffuseGlowData>(in);
-                data.params = params;
-                return Watched<LXDiffuseGlowProcessing>(caller, data);
-            },
-            [=](const FilterInput& in) { return DiffuseGlow(in, params); }};
-}
-
 /// With noise in the cache.
-FilterCase NoiseCase(const std::string& name, int amount, int distribution, bool keepAlpha) {
-    LXAddNoiseProcessing::Params params;
-    params.amount = amount;
-    params.distribution = distribution;
-    params.keepAlpha = keepAlpha;
-    const auto noise = [=](int width, int height) {
-        return RandomPlane(width, height, unsigned(distribution));
+FilterCase NoiseCase(const std::string& name, const LXAddNoiseProcessing::Params& params) {
+    const auto noise = [=](QSize size) {
+        return RandomPlane(size.width(), size.height(), unsigned(params.distribution));
     };
     return {"AddNoise " + name,
             [=](const FilterImages& in, FilterCaller& caller) {
-                const bool whole = !in.selectionRect.isValid();
-                const int width = whole ? int(in.image.GetWidth()) : in.selectionRect.width();
-                const int height = whole ? int(in.image.GetHeight()) : in.selectionRect.height();
-                (distribution == 0 ? caller.cachedUniformNoise : caller.cachedGaussianNoise) =
-                    ImageOf(noise(width, height));
+                const QSize whole(int(in.image.GetWidth()), int(in.image.GetHeight()));
+                (params.distribution == 0 ? caller.cachedUniformNoise
+                                          : caller.cachedGaussianNoise) =
+                    ImageOf(noise(in.selectionRect.isValid() ? in.selectionRect.size() : whole));
                 return RunAddNoise(in, caller, params);
             },
             [=](const FilterInput& in) {
                 const QRect rect = in.selectionRect.isValid() ? in.selectionRect : in.image.Rect();
-                const Plane cached = noise(rect.width(), rect.height());
+                const Plane cached = noise(rect.size());
                 return AddNoise(in, params, &cached, 0);
             }};
 }
 
-template <class Filter, class Data>
+template <class Filter>
 FilterCase ShadowCase(const std::string& name, int blurRadius, bool useSelection,
                       Plan (*plan)(const FilterInput&, const LXShadowParams&, bool)) {
-    LXShadowParams params;
+    using Params = typename Filter::Params;
+    Params params;
     params.color = QColor(10, 20, 30, 40);
     params.blurRadius = blurRadius;
     return {name,
             [=](const FilterImages& in, FilterCaller& caller) {
-                Data data;
-                static_cast<LXShadowParams&>(data.params) = params;
-                data.image = in.image;
-                data.selection = in.selection;
-                data.selectionOrigin = in.selectionOffset;
-                data.useSelection = useSelection;
+                const LXShadowData<Params> data{params,       in.image,           in.selection,
+                                                in.selection, in.selectionOffset, useSelection};
                 return Watched<Filter>(caller, data);
             },
             [=](const FilterInput& in) { return plan(in, params, useSelection); }};
 }
 
 FilterCase RefineCase(const std::string& name, double smoothRadius, int shift) {
-    RMRefineSelectionProcessing::Params params;
-    params.smoothRadius = smoothRadius;
-    params.shift = shift;
+    const RMRefineSelectionProcessing::Params params{smoothRadius, shift};
     const QSize canvas(170, 160);
     return {"RefineSelection " + name,
             [=](const FilterImages& in, FilterCaller& caller) {
@@ -192,77 +173,42 @@ FilterCase RefineCase(const std::string& name, double smoothRadius, int shift) {
 std::vector<FilterCase> MakeFilterCases() {
     using Drop = LXDropShadowProcessing;
     using Inner = LXInnerShadowProcessing;
-    const auto smoothen = [](int amount) {
-        return Strength<LXSmoothenProcessing>("Smoothen", &LXThreeTapData::amount, amount,
-                                              Reference::Smoothen);
-    };
-    const auto sharpen = [](int amount) {
-        return Strength<LXSharpenProcessing>("Sharpen", &LXThreeTapData::amount, amount,
-                                             SharpenFilter);
-    };
-    const auto box = [](int radius) {
-        return Strength<LXBoxBlurProcessing>("BoxBlur", &LXBlurData<int>::radius, radius, BoxBlur);
-    };
-    const auto gaussian = [](double radius) {
-        return Strength<LXGaussianBlurProcessing>("GaussianBlur", &LXBlurData<double>::radius,
-                                                  radius, GaussianBlur);
-    };
-    const auto gaussianEx = [](const std::string& name, const QRect& visible) {
-        return BlurEx<LXGaussianBlurProcessing>("GaussianBlurEx " + name, 1.5, 4, visible,
-                                                GaussianBlur);
-    };
-    const auto boxEx = [](const std::string& name, const QRect& visible) {
-        return BlurEx<LXBoxBlurProcessing>("BoxBlurEx " + name, 3, 3, visible, BoxBlur);
-    };
-    const auto drop = [](const std::string& name, int radius, bool useSelection) {
-        return ShadowCase<Drop, Drop::DropShadowData>("DropShadow " + name, radius, useSelection,
-                                                      DropShadow);
-    };
-    const auto inner = [](const std::string& name, int radius, bool useSelection) {
-        return ShadowCase<Inner, Inner::InnerShadowData>("InnerShadow " + name, radius,
-                                                         useSelection, InnerShadow);
-    };
-    return {
+    using Gaussian = LXGaussianBlurProcessing;
+    using Box = LXBoxBlurProcessing;
+    std::vector<FilterCase> cases{
         VignetteCase("linear", 40, 80, 0),
         VignetteCase("parabolic", 30, 100, 1),
         VignetteCase("without strength", 40, 0, 0),
         VignetteCase("away from the colour", 40, -50, 1),
         VignetteCase("of size 0", 0, 100, 0),
         VignetteCase("of no shape", 40, 80, 2),
-        smoothen(200),
-        smoothen(0),
-        smoothen(400),
-        sharpen(300),
-        sharpen(0),
-        HighPassCase("missed", 2.0, 1, 70, false),
-        HighPassCase("missed, small", 0.3, 4, 100, false),
-        HighPassCase("missed, blank", 1.0, 2, 0, false),
-        HighPassCase("hit", 2.0, 2, 70, true),
-        HighPassCase("hit, other mode", 2.0, 3, 100, true),
-        HighPassCase("hit, bad mode", 2.0, -1, 100, true),
-        gaussian(1.5),
-        gaussianEx("far outside", QRect(-500, 3, 2000, 140)),
-        gaussianEx("inside", QRect(10, 10, 20, 20)),
-        boxEx("upwards", QRect(20, -2, 10, 10)),
-        boxEx("the image", QRect(0, 0, 150, 140)),
-        boxEx("to the right", QRect(140, 100, 100, 10)),
+        HighPassCase("missed", {2.0, 1, 70}, false),
+        HighPassCase("missed, small", {0.3, 4, 100}, false),
+        HighPassCase("missed, blank", {1.0, 2, 0}, false),
+        HighPassCase("hit", {2.0, 2, 70}, true),
+        HighPassCase("hit, other mode", {2.0, 3, 100}, true),
+        HighPassCase("hit, bad mode", {2.0, -1, 100}, true),
+        Strength<Gaussian>("GaussianBlur", &LXBlurData<double>::radius, 1.5, GaussianBlur),
+        BlurEx<Gaussian>("GaussianBlurEx far outside", 1.5, 4, QRect(-500, 3, 2000, 140),
+                         GaussianBlur),
+        BlurEx<Gaussian>("GaussianBlurEx inside", 1.5, 4, QRect(10, 10, 20, 20), GaussianBlur),
+        BlurEx<Box>("BoxBlurEx upwards", 3, 3, QRect(20, -2, 10, 10), BoxBlur),
+        BlurEx<Box>("BoxBlurEx the image", 3, 3, QRect(0, 0, 150, 140), BoxBlur),
+        BlurEx<Box>("BoxBlurEx to the right", 3, 3, QRect(140, 100, 100, 10), BoxBlur),
         GlowCase("over", 60, 1, 100, 0),
         GlowCase("under", 100, 2, 60, 1),
         GlowCase("solid", 30, 1, 0, 0),
         GlowCase("of nothing", 100, 1, 256, 3),
         GlowCase("without opacity", 0, 1, 100, 0),
-        box(4),
-        box(0),
-        box(160),
-        NoiseCase("uniform", 60, 0, true),
-        NoiseCase("gaussian", 100, 1, false),
-        NoiseCase("of another distribution", 30, -7, true),
-        drop("blurred", 5, false),
-        drop("blurred, beyond the selection", 5, true),
-        drop("sharp", 0, false),
-        inner("blurred", 5, false),
-        inner("blurred, beyond the selection", 5, true),
-        inner("sharp", 0, true),
+        NoiseCase("uniform", {60, 0, true}),
+        NoiseCase("gaussian", {100, 1, false}),
+        NoiseCase("of another distribution", {30, -7, true}),
+        ShadowCase<Drop>("DropShadow blurred", 5, false, DropShadow),
+        ShadowCase<Drop>("DropShadow blurred, beyond the selection", 5, true, DropShadow),
+        ShadowCase<Drop>("DropShadow sharp", 0, false, DropShadow),
+        ShadowCase<Inner>("InnerShadow blurred", 5, false, InnerShadow),
+        ShadowCase<Inner>("InnerShadow blurred, beyond the selection", 5, true, InnerShadow),
+        ShadowCase<Inner>("InnerShadow sharp", 0, true, InnerShadow),
         RefineCase("smoothed", 2.5, 0),
         RefineCase("hardly smoothed", 0.5, 0),
         RefineCase("smoothed and grown", 3.2, 4),
@@ -271,6 +217,15 @@ std::vector<FilterCase> MakeFilterCases() {
         RefineCase("shrunk", 0.0, -4),
         RefineCase("as it is", 0.0, 0),
     };
+    for (const int amount : {200, 0, 400})
+        cases.push_back(
+            Strength<LXSmoothenProcessing>("Smoothen", &LXThreeTapData::amount, amount, Smoothen));
+    for (const int amount : {300, 0})
+        cases.push_back(Strength<LXSharpenProcessing>("Sharpen", &LXThreeTapData::amount, amount,
+                                                      SharpenFilter));
+    for (const int radius : {4, 0, 160})
+        cases.push_back(Strength<Box>("BoxBlur", &LXBlurData<int>::radius, radius, BoxBlur));
+    return cases;
 }
 
 } // namespace
@@ -289,27 +244,25 @@ FilterCaller::FilterCaller(FilterCaller* shared)
       cancelFlag(shared ? shared->cancelFlag : m_ownFlag) {}
 
 void FilterCaller::Watch(LXAdjustmentProcessing& filter) {
-    QThread* const thread = QThread::currentThread();
-    const auto checkThread = [thread] {
+    const auto checkThread = [thread = QThread::currentThread()] {
         EXPECT_EQ(QThread::currentThread(), thread) << "a signal came from another thread";
     };
     QObject::connect(&filter, &LXAdjustmentProcessing::RangeChanged,
-                     [this, checkThread, &filter](int minimum, int maximum) {
+                     [=, &filter](int low, int high) {
                          checkThread();
-                         EXPECT_EQ(minimum, 0);
-                         EXPECT_EQ(filter.GetMaximumRange(), maximum);
-                         ranges.push_back(maximum);
+                         EXPECT_EQ(low, 0);
+                         EXPECT_EQ(filter.GetMaximumRange(), high);
+                         ranges.push_back(high);
                      });
-    QObject::connect(&filter, &LXAdjustmentProcessing::ProgressChanged,
-                     [this, checkThread, &filter](int value) {
-                         checkThread();
-                         EXPECT_EQ(filter.GetRangeValue(), value);
-                         values.push_back(value);
-                         if (atProgress)
-                             atProgress(value);
-                         if (int(values.size()) == cancelAt)
-                             Cancel();
-                     });
+    QObject::connect(&filter, &LXAdjustmentProcessing::ProgressChanged, [=, &filter](int value) {
+        checkThread();
+        EXPECT_EQ(filter.GetRangeValue(), value);
+        values.push_back(value);
+        if (atProgress)
+            atProgress(value);
+        if (int(values.size()) == cancelAt)
+            Cancel();
+    });
 }
 
 void FilterCaller::Cancel() {
@@ -334,6 +287,7 @@ FilterResult RunHighPass(const FilterImages& in, FilterCaller& caller,
                          const LXHighPassProcessing::Params& params) {
     auto data = DataOf<LXHighPassProcessing::HighPassData>(in);
     data.params = params;
+    caller.cache = &caller.cachedResult;
     return Watched<LXHighPassProcessing>(caller, data, caller.cacheLock, caller.cachedRadius,
                                          caller.cachedResult);
 }
@@ -342,6 +296,8 @@ FilterResult RunAddNoise(const FilterImages& in, FilterCaller& caller,
                          const LXAddNoiseProcessing::Params& params) {
     auto data = DataOf<LXAddNoiseProcessing::AddNoiseData>(in);
     data.params = params;
+    caller.cache =
+        params.distribution == 0 ? &caller.cachedUniformNoise : &caller.cachedGaussianNoise;
     return Watched<LXAddNoiseProcessing>(caller, data, caller.cacheLock, caller.cachedUniformNoise,
                                          caller.cachedGaussianNoise);
 }
@@ -386,5 +342,22 @@ testing::AssertionResult SameRun(const FilterResult& result, const FilterCaller&
     for (std::size_t i = 0; i < plan.results.size(); ++i)
         if (const auto same = Same(PlaneOf(result.images[i]), *plan.results[i]); !same)
             return same;
-    return testing::AssertionSuccess();
+    return caller.cache ? Same(PlaneOf(*caller.cache), *plan.kept) << " in the cache"
+                        : testing::AssertionSuccess();
+}
+
+void CheckRun(const FilterCase& filter, const FilterInput& in, FilterCaller& caller, int stop) {
+    SCOPED_TRACE(testing::Message() << filter.name << ", stopped after " << stop);
+    const FilterImages images(in);
+    caller.cancelFlag = stop <= 0;
+    caller.cancelAt = stop;
+    caller.ranges.clear();
+    caller.values.clear();
+    const FilterResult result = filter.run(images, caller);
+    const Plan plan = filter.plan(in);
+    EXPECT_TRUE(SameRun(result, caller, plan, plan.Do(stop)));
+    EXPECT_TRUE(Same(PlaneOf(images.image), in.image)) << "the caller's image was written";
+    EXPECT_TRUE(Same(PlaneOf(images.selection), in.selection));
+    EXPECT_EQ(std::isnan(caller.cachedRadius), caller.cachedResult.GetWidth() == 0);
+    EXPECT_TRUE(caller.LocksAreFree());
 }

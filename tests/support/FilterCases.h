@@ -52,6 +52,7 @@ public:
     QReadWriteLock cacheLock;
     double cachedRadius = std::numeric_limits<double>::quiet_NaN();
     LXImageRGBA32i cachedResult{0, 0}, cachedUniformNoise{0, 0}, cachedGaussianNoise{0, 0};
+    const LXImageRGBA32i* cache = nullptr; ///< the one that the last run used, if any
 
     int cancelAt = INT_MAX;  ///< the flag is set in this call of ProgressChanged
     std::vector<int> ranges; ///< the maxima
@@ -77,6 +78,10 @@ FilterResult RunHighPass(const FilterImages& in, FilterCaller& caller,
 FilterResult RunAddNoise(const FilterImages& in, FilterCaller& caller,
                          const LXAddNoiseProcessing::Params& params);
 
-/// Equal in all images, the offset and the signals.
+/// Equal in all images, the offset, the signals and what is in the cache.
 testing::AssertionResult SameRun(const FilterResult& result, const FilterCaller& caller,
                                  const Reference::Plan& plan, const std::vector<int>& reported);
+/// A run of the filter that is stopped after so many reports does what its plan does, leaves its
+/// arguments as they were, and the locks free.
+void CheckRun(const FilterCase& filter, const Reference::FilterInput& in, FilterCaller& caller,
+              int stop = INT_MAX);

@@ -2,6 +2,7 @@
 
 #include "support/ReferenceBlend.h"
 #include "support/ReferenceBlenders.h"
+#include "support/ReferenceBlur.h"
 #include "support/ReferenceSteps.h"
 
 #include <cmath>
@@ -26,11 +27,6 @@ LXRGBA32i PixelOf(const QColor& color) {
 LXRGBA32i WithAlpha(LXRGBA32i pixel, int alpha) {
     pixel.alpha = std::uint8_t(alpha);
     return pixel;
-}
-
-QRect GrownBy(const QRect& rect, int n) {
-    return QRect(QPoint(rect.left() - n, rect.top() - n),
-                 QPoint(rect.right() + n, rect.bottom() + n));
 }
 
 /// Where a filter with a selection works, and where one without does.
@@ -67,6 +63,13 @@ Stage Colours(const SharedPlane& plane, const QRect& rect,
             }};
 }
 
+/// Along lines and then along columns.
+void AddPasses(Plan& plan, const SharedPlane& plane, const QRect& lines, const QRect& columns,
+               const Kernel& kernel) {
+    plan.Add(Lines(plane, lines, false, kernel));
+    plan.Add(Lines(plane, columns, true, kernel));
+}
+
 using Mix = std::function<LXRGBA32i(LXRGBA32i, LXRGBA32i)>;
 
 /// One rectangle in one image, from its top left corner on.
@@ -74,35 +77,33 @@ QRect Local(const Plane& plane, const QRect& rect) {
     return QRect(QPoint(0, 0), rect.size()) & plane.Rect().translated(-rect.topLeft());
 }
 
+/// One rectangle onto another, row by row, through the selection of an input if one is given.
 Stage Blended(const SharedPlane& source, const SharedPlane& destination, const QRect& from,
-              const QRect& to, const Mix& mix) {
-    const QRect part = Local(*source, from) & Local(*destination, to);
+              const QRect& to, const Mix& mix, const FilterInput* input = nullptr) {
+    QRect part = Local(*source, from) & Local(*destination, to);
+    QPoint toMask;
+    SharedPlane mask;
+    if (input) {
+        toMask = input->selectionRect.topLeft();
+        mask = Copy(input->selection);
+        part &= Local(*mask, input->selectionRect);
+    }
     return {part.height(), [=](int n) {
                 for (int x = part.left(); x <= part.right(); ++x) {
-                    const QPoint at(x, part.top() + n), s = from.topLeft() + at,
-                                                        d = to.topLeft() + at;
+                    const QPoint at(x, part.top() + n);
+                    const QPoint s = from.topLeft() + at, d = to.topLeft() + at, m = toMask + at;
                     LXRGBA32i& pixel = destination->At(d.x(), d.y());
-                    pixel = mix(source->At(s.x(), s.y()), pixel);
+                    const LXRGBA32i mixed = mix(source->At(s.x(), s.y()), pixel);
+                    pixel = mask ? PlainThrough(mixed, pixel, mask->At(m.x(), m.y()).alpha) : mixed;
                 }
             }};
 }
 
-/// Onto the place of the selection, through it.
-Stage ThroughSelection(const SharedPlane& source, const SharedPlane& destination, const QRect& from,
-                       const FilterInput& in, const Mix& mix) {
-    const QRect to = WorkRect(in), through = in.selectionRect;
-    const SharedPlane mask = Copy(in.selection);
-    const QRect part =
-        Local(*source, from) & Local(*destination, to) & Local(in.selection, through);
-    return {part.height(), [=](int n) {
-                for (int x = part.left(); x <= part.right(); ++x) {
-                    const QPoint at(x, part.top() + n),
-                        s = from.topLeft() + at, d = to.topLeft() + at, m = through.topLeft() + at;
-                    LXRGBA32i& pixel = destination->At(d.x(), d.y());
-                    pixel = PlainThrough(mix(source->At(s.x(), s.y()), pixel), pixel,
-                                         mask->At(m.x(), m.y()).alpha);
-                }
-            }};
+/// Onto the place of the selection, through it, or onto the whole image.
+Stage BlendedBack(const SharedPlane& source, const SharedPlane& image, const QRect& from,
+                  const FilterInput& in, const Mix& mix) {
+    return Blended(source, image, from, WorkRect(in), mix,
+                   in.selectionRect.isValid() ? &in : nullptr);
 }
 
 LXRGBA32i TakeSource(LXRGBA32i s, LXRGBA32i) {
@@ -118,29 +119,19 @@ Plan OnImageOrCopy(const FilterInput& in, AddStages addStages) {
     const bool selected = in.selectionRect.isValid();
     const SharedPlane work = selected ? Copy(in.image) : image;
     plan.results = {image};
-    addStages(plan, work, WorkRect(in), selected);
+    addStages(plan, work, WorkRect(in));
     if (selected)
-        plan.Add(ThroughSelection(work, image, WorkRect(in), in, TakeSource));
+        plan.Add(BlendedBack(work, image, WorkRect(in), in, TakeSource));
     return plan;
 }
 
-// ---- blends in one call -------------------------------------------------------------------------
+// ---- a blend in one call ------------------------------------------------------------------------
 
-void BlendPlane(Mode mode, const Plane& source, const QRect& from, Plane& destination,
-                const QRect& to, double opacity) {
-    const auto op = unsigned(int(opacity * 256.0));
-    if (op != 0)
-        ForOverlap(source, from, destination, to, [&](int x, int y, int sx, int sy) {
-            LXRGBA32i& d = destination.At(x, y);
-            d = Blend(mode, Shape::Tile, false, source.At(sx, sy), d, op, 255);
-        });
-}
-
+/// Also without a mask, if what is outside of it blends.
 void BlendMasked(Mode mode, const Plane& source, const QRect& from, Plane& destination,
                  const QRect& to, double opacity, const Plane& mask, const QRect& maskRect,
                  bool outsideBlends) {
-    if (outsideBlends && mask.width == 0 && mask.height == 0)
-        return BlendPlane(mode, source, from, destination, to, opacity);
+    const bool masked = !outsideBlends || mask.width != 0 || mask.height != 0;
     const auto op = unsigned(int(opacity * 256.0));
     const QPoint toMask = maskRect.topLeft() - to.topLeft();
     if (op != 0)
@@ -149,7 +140,7 @@ void BlendMasked(Mode mode, const Plane& source, const QRect& from, Plane& desti
             const bool inside = mask.Rect().contains(m) && maskRect.contains(m);
             LXRGBA32i& d = destination.At(x, y);
             if (inside || outsideBlends)
-                d = Blend(mode, Shape::Mask, false, source.At(sx, sy), d, op,
+                d = Blend(mode, masked ? Shape::Mask : Shape::Tile, false, source.At(sx, sy), d, op,
                           inside ? mask.At(m.x(), m.y()).alpha : 255);
         });
 }
@@ -182,7 +173,7 @@ LXRGBA32i Vignetted(LXRGBA32i pixel, double x, double y, double a, double b, dou
 
 template <class Tap>
 Plan ThreeTaps(const FilterInput& in, int amount, int rightAndBottom, Tap tap) {
-    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r, bool) {
+    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r) {
         const Kernel kernel = [=](const Line& line, int p) {
             LXRGBA32i pixel{};
             for (const auto channel : Channels)
@@ -190,9 +181,8 @@ Plan ThreeTaps(const FilterInput& in, int amount, int rightAndBottom, Tap tap) {
                                                   At(line, p + 1).*channel, amount));
             return pixel;
         };
-        plan.Add(Lines(work, GrownBy(r, 1), false, kernel));
-        plan.Add(Lines(work, QRect(r.topLeft(), r.bottomRight() + QPoint(1, 1) * rightAndBottom),
-                       true, kernel));
+        AddPasses(plan, work, Grown(r, 1), r.adjusted(0, 0, rightAndBottom, rightAndBottom),
+                  kernel);
     });
 }
 
@@ -205,18 +195,21 @@ int Reach(double sigma) {
     return std::max(int(3.0 * sigma), 1);
 }
 
-/// The mean alpha of a window of the line, which goes on with its ends or with nothing.
-int MeanAlpha(const Line& line, int p, int radius, bool goesOn) {
-    int sum = 0;
-    for (int i = p - radius; i <= p + radius; ++i)
-        if (goesOn || (i >= 0 && i < int(line.size())))
-            sum += At(line, i).alpha;
-    return sum / (2 * radius + 1);
+/// A pixel made of the mean alpha of a window of the line, which goes on with its ends or with
+/// nothing.
+template <class Make>
+Kernel BoxOfAlpha(int radius, bool goesOn, Make make) {
+    return [=](const Line& line, int p) {
+        int sum = 0;
+        for (int i = p - radius; i <= p + radius; ++i)
+            if (goesOn || (i >= 0 && i < int(line.size())))
+                sum += At(line, i).alpha;
+        return make(sum / (2 * radius + 1));
+    };
 }
 
-Kernel BlackBox(int radius, bool goesOn) {
-    return
-        [=](const Line& line, int p) { return Pixel(0, 0, 0, MeanAlpha(line, p, radius, goesOn)); };
+LXRGBA32i Black(int alpha) {
+    return Pixel(0, 0, 0, alpha);
 }
 
 /// The picture of a shadow, cut out by the selection and grown by whole tiles.
@@ -227,10 +220,9 @@ SharedPlane CutOut(const FilterInput& in, bool useSelection, int radius, QPoint&
     if (!useSelection || (in.selection.width != 0 && in.selection.height != 0)) {
         work = Blank(width, height);
         beyond = {};
-        const QRect maskRect =
-            QRect(QPoint(0, 0), QPoint(width - 1, height - 1)).translated(-in.selectionOffset);
-        BlendMasked(Mode::Source, in.image, in.image.Rect(), *work, in.image.Rect(), 1.0,
-                    in.selection, maskRect, useSelection);
+        const QRect all = in.image.Rect();
+        BlendMasked(Mode::Source, in.image, all, *work, all, 1.0, in.selection,
+                    all.translated(-in.selectionOffset), useSelection);
     }
     if (radius == 0)
         return work;
@@ -292,7 +284,7 @@ Plan Reference::Vignette(const FilterInput& in, const LXVignetteProcessing::Para
     const bool linear = params.shape == 0;
     const double slope = (strength - 1.0) / (linear ? size : size * size);
     const LXRGBA32i color = PixelOf(params.color);
-    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r, bool) {
+    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r) {
         const std::vector<QRect> tiles = TileParts(r & work->Rect());
         plan.Add({int(tiles.size()), [=](int n) {
                       ForSkippedRows(
@@ -317,61 +309,45 @@ Plan Reference::HighPass(const FilterInput& in, const LXHighPassProcessing::Para
     const auto index = unsigned(params.modeIndex);
     const Mode modes[] = {Mode::SourceOver, Mode::Overlay, Mode::SoftLight, Mode::HardLight};
     const Mode mode = index < 4 ? modes[index] : Mode::SourceOver;
-    const double opacity = params.opacity / 100.0;
     const bool selected = in.selectionRect.isValid();
     const QRect r = WorkRect(in);
     Plan plan;
     const SharedPlane image = Copy(in.image), work = Copy(in.image),
                       kept = cached ? Copy(*cached) : Blank(0, 0);
-    const SharedPlane cache = plan.kept = Blank(0, 0);
+    const SharedPlane cache = plan.kept = Copy(*kept);
     plan.results = {image};
     if (cached) {
         plan.range = 2;
         plan.stages.push_back({1, [](int) {}, 1, true});
     } else {
-        const int grow = int(params.radius);
-        plan.Add(
-            Lines(work, selected ? GrownBy(r, grow) : r, false, GaussianKernel(params.radius)));
-        plan.Add(Lines(work, r, true, GaussianKernel(params.radius)));
+        const int grow = selected ? int(params.radius) : 0;
+        AddPasses(plan, work, Grown(r, grow), r, GaussianKernel(params.radius));
         plan.Add(Blended(image, work, r, r,
                          [](LXRGBA32i s, LXRGBA32i d) { return PlainSubtract(s, d, 128, false); }));
         const int total = plan.range;
         const int extra = total >= 100 ? total / 100 : selected ? 2 : 1;
         plan.range = total + extra;
-        const auto keep = [=](const Plane& result) {
-            *kept = result;
+        const auto keep = [=](int) {
+            *kept = selected ? Plane(r.width(), r.height()) : *work;
+            if (selected)
+                BlendMasked(Mode::Source, *work, r, *kept, kept->Rect(), 1.0, in.selection,
+                            in.selectionRect, false);
             if (!image->pixels.empty())
-                *cache = result;
+                *cache = *kept;
         };
-        if (selected)
-            plan.stages.push_back({1,
-                                   [=](int) {
-                                       Plane result(r.width(), r.height());
-                                       BlendMasked(Mode::Source, *work, r, result, result.Rect(),
-                                                   1.0, in.selection, in.selectionRect, false);
-                                       keep(result);
-                                   },
-                                   total + extra / 2});
-        else
-            plan.stages.push_back({1, [=](int) { keep(*work); }, -1});
+        plan.stages.push_back({1, keep, selected ? total + extra / 2 : -1});
     }
-    plan.stages.push_back({1,
-                           [=](int) {
-                               if (selected)
-                                   BlendMasked(mode, *kept, kept->Rect(), *image, r, opacity,
-                                               in.selection, in.selectionRect, false);
-                               else
-                                   BlendPlane(mode, *kept, kept->Rect(), *image, image->Rect(),
-                                              opacity);
-                           },
-                           plan.range});
+    const auto blend = [=](int) {
+        BlendMasked(mode, *kept, kept->Rect(), *image, r, params.opacity / 100.0,
+                    selected ? in.selection : Plane(0, 0), in.selectionRect, !selected);
+    };
+    plan.stages.push_back({1, blend, plan.range});
     return plan;
 }
 
 Plan Reference::GaussianBlur(const FilterInput& in, double radius) {
-    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r, bool) {
-        plan.Add(Lines(work, GrownBy(r, Reach(radius)), false, GaussianKernel(radius)));
-        plan.Add(Lines(work, r, true, GaussianKernel(radius)));
+    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r) {
+        AddPasses(plan, work, Grown(r, Reach(radius)), r, GaussianKernel(radius));
     });
 }
 
@@ -379,9 +355,8 @@ Plan Reference::BoxBlur(const FilterInput& in, int radius) {
     const Kernel kernel = [=](const Line& line, int p) {
         return WindowMean(line, p, radius, true);
     };
-    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r, bool) {
-        plan.Add(Lines(work, GrownBy(r, radius), false, kernel));
-        plan.Add(Lines(work, r, true, kernel));
+    return OnImageOrCopy(in, [&](Plan& plan, const SharedPlane& work, const QRect& r) {
+        AddPasses(plan, work, Grown(r, radius), r, kernel);
     });
 }
 
@@ -391,7 +366,7 @@ FilterInput Reference::Extended(FilterInput in, QRect visible, int margin, QPoin
         return in;
     if (in.selectionRect.isValid())
         visible = visible & in.selectionRect.translated(in.selectionOffset);
-    const QRect target = GrownBy(all, margin) & (visible | all);
+    const QRect target = Grown(all, margin) & (visible | all);
     if (target == all)
         return in;
     Plane canvas(target.width(), target.height());
@@ -411,7 +386,7 @@ Plan Reference::DiffuseGlow(const FilterInput& in, const LXDiffuseGlowProcessing
         return WithAlpha(At(line, p), Gaussian(line, p, weights).alpha);
     };
     const bool selected = in.selectionRect.isValid();
-    const QRect r = selected ? GrownBy(WorkRect(in), 2 * Reach(sigma)) : in.image.Rect();
+    const QRect r = selected ? Grown(WorkRect(in), 2 * Reach(sigma)) : in.image.Rect();
     const LXRGBA32i color = PixelOf(params.color);
     const int threshold = params.threshold, opacity = (params.opacity << 8) / 100;
     Plan plan;
@@ -421,18 +396,15 @@ Plan Reference::DiffuseGlow(const FilterInput& in, const LXDiffuseGlowProcessing
         const int luma = (p.blue * 11 + p.green * 59 + p.red * 30) / 100;
         return WithAlpha(color, luma < threshold ? 0 : 255);
     }));
-    plan.Add(Lines(glow, r, false, kernel));
-    plan.Add(Lines(glow, r, true, kernel));
+    AddPasses(plan, glow, r, r, kernel);
     plan.Add(
         Colours(glow, r, [=](LXRGBA32i p) { return WithAlpha(p, p.alpha < threshold ? 0 : 255); }));
-    plan.Add(Lines(glow, r, false, kernel));
-    plan.Add(Lines(glow, r, true, kernel));
+    AddPasses(plan, glow, r, r, kernel);
     const Mix mix = [=, over = params.mode == 0](LXRGBA32i s, LXRGBA32i d) {
         return over ? PlainSourceOver(s, d, opacity, true, selected)
                     : PlainDestinationOver(s, d, opacity);
     };
-    plan.Add(selected ? ThroughSelection(glow, image, WorkRect(in), in, mix)
-                      : Blended(glow, image, r, r, mix));
+    plan.Add(BlendedBack(glow, image, WorkRect(in), in, mix));
     return plan;
 }
 
@@ -441,12 +413,10 @@ Plan Reference::AddNoise(const FilterInput& in, const LXAddNoiseProcessing::Para
     const bool selected = in.selectionRect.isValid();
     Plan plan;
     const SharedPlane image = Copy(in.image);
-    const SharedPlane noise = cached ? Copy(*cached)
-                              : selected
-                                  ? Blank(in.selectionRect.width(), in.selectionRect.height())
-                                  : Copy(in.image);
+    const QRect size = selected ? in.selectionRect : in.image.Rect();
+    const SharedPlane noise = Copy(cached ? *cached : Plane(size.width(), size.height()));
     plan.results = {image};
-    plan.kept = Blank(0, 0);
+    plan.kept = cached ? noise : Blank(0, 0);
     if (!cached) {
         plan.Add(Colours(noise, noise->Rect(),
                          params.distribution == 0
@@ -459,8 +429,7 @@ Plan Reference::AddNoise(const FilterInput& in, const LXAddNoiseProcessing::Para
     const Mix mix = [=, keepAlpha = params.keepAlpha](LXRGBA32i s, LXRGBA32i d) {
         return PlainSourceOver(s, d, opacity, keepAlpha, selected);
     };
-    plan.Add(selected ? ThroughSelection(noise, image, noise->Rect(), in, mix)
-                      : Blended(noise, image, noise->Rect(), image->Rect(), mix));
+    plan.Add(BlendedBack(noise, image, noise->Rect(), in, mix));
     return plan;
 }
 
@@ -474,10 +443,9 @@ Plan Reference::DropShadow(const FilterInput& in, const LXShadowParams& params, 
         plan.Add(Colorized(work, color));
         return plan;
     }
-    plan.Add(Lines(work, work->Rect(), false, BlackBox(radius, true)));
-    plan.Add(Lines(work, work->Rect(), true, [=](const Line& line, int p) {
-        return WithAlpha(color, MeanAlpha(line, p, radius, true));
-    }));
+    const auto coloured = [=](int alpha) { return WithAlpha(color, alpha); };
+    plan.Add(Lines(work, work->Rect(), false, BoxOfAlpha(radius, true, Black)));
+    plan.Add(Lines(work, work->Rect(), true, BoxOfAlpha(radius, true, coloured)));
     return plan;
 }
 
@@ -492,10 +460,9 @@ Plan Reference::InnerShadow(const FilterInput& in, const LXShadowParams& params,
         plan.Add(
             Colours(mask, mask->Rect(), [](LXRGBA32i p) { return WithAlpha(p, 255 - p.alpha); }));
     } else {
-        plan.Add(Lines(mask, mask->Rect(), false, BlackBox(radius, true)));
-        plan.Add(Lines(mask, mask->Rect(), true, [=](const Line& line, int p) {
-            return Pixel(0, 0, 0, 255 - MeanAlpha(line, p, radius, true));
-        }));
+        const auto inverted = [](int alpha) { return Black(255 - alpha); };
+        plan.Add(Lines(mask, mask->Rect(), false, BoxOfAlpha(radius, true, Black)));
+        plan.Add(Lines(mask, mask->Rect(), true, BoxOfAlpha(radius, true, inverted)));
     }
     plan.Add(Colorized(color, PixelOf(params.color)));
     return plan;
@@ -514,7 +481,7 @@ Plan Reference::RefineSelection(const FilterInput& in, QSize canvas,
     if (smooth != 0 || shift > 0) {
         const int margin = std::max(shift, 0) + (smooth != 0 ? int(smooth * 3.0 + 1.0) : 0);
         const QRect target = QRect(QPoint(0, 0), canvas) &
-                             GrownBy(in.image.Rect().translated(in.selectionOffset), margin);
+                             Grown(in.image.Rect().translated(in.selectionOffset), margin);
         plan.offset = target.topLeft();
         result = Blank(target.width(), target.height());
         plan.Add(Blended(Copy(in.image), result, target.translated(-in.selectionOffset),
@@ -522,16 +489,13 @@ Plan Reference::RefineSelection(const FilterInput& in, QSize canvas,
     }
     plan.results = {result};
     const QRect all = result->Rect();
-    for (int round = 0; round < 3 && smooth != 0; ++round) {
-        plan.Add(Lines(result, all, false, BlackBox(int(smooth), false)));
-        plan.Add(Lines(result, all, true, BlackBox(int(smooth), false)));
-    }
+    for (int round = 0; round < 3 && smooth != 0; ++round)
+        AddPasses(plan, result, all, all, BoxOfAlpha(int(smooth), false, Black));
     if (shift != 0) {
         const Kernel kernel = [=](const Line& line, int p) {
             return WithAlpha(At(line, p), ShiftedAlpha(line, p, shift));
         };
-        plan.Add(Lines(result, all, false, kernel));
-        plan.Add(Lines(result, all, true, kernel));
+        AddPasses(plan, result, all, all, kernel);
     }
     return plan;
 }
