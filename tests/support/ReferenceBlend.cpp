@@ -103,6 +103,11 @@ Unsigned AlphaOf(Mode mode, LXRGBA32i s, LXRGBA32i d, Unsigned opacity, Unsigned
 /// Of the modes that treat colour and alpha alike, with alpha not locked.
 LXRGBA32i Copying(Mode mode, Shape shape, LXRGBA32i s, LXRGBA32i d, Unsigned opacity, Unsigned a,
                   Unsigned m) {
+    const auto bitwise = [&](auto operation) {
+        LXRGBA32i out = EachColour(s, d, operation);
+        out.alpha = Byte(operation(a, d.alpha));
+        return out;
+    };
     switch (mode) {
     case Mode::Source:
         return LXRGBA32i{s.blue, s.green, s.red, Byte(a)};
@@ -113,17 +118,11 @@ LXRGBA32i Copying(Mode mode, Shape shape, LXRGBA32i s, LXRGBA32i d, Unsigned opa
     case Mode::SourceRGBAToGray:
         return s.alpha != 0 ? Gray(Luminance(s), 255) : Gray(255, 255);
     case Mode::RasterAnd:
-        d = EachColour(s, d, [](Unsigned sc, Unsigned dc) { return sc & dc; });
-        d.alpha = Byte(d.alpha & a);
-        return d;
+        return bitwise([](Unsigned sc, Unsigned dc) { return sc & dc; });
     case Mode::RasterNotAnd:
-        d = EachColour(s, d, [](Unsigned sc, Unsigned dc) { return ~sc & dc; });
-        d.alpha = Byte(d.alpha & ~a);
-        return d;
+        return bitwise([](Unsigned sc, Unsigned dc) { return ~sc & dc; });
     case Mode::RasterOr:
-        d = EachColour(s, d, [](Unsigned sc, Unsigned dc) { return sc | dc; });
-        d.alpha = Byte(d.alpha | a);
-        return d;
+        return bitwise([](Unsigned sc, Unsigned dc) { return sc | dc; });
     default:
         std::abort();
     }
@@ -185,23 +184,14 @@ LXRGBA32i Reference::Blend(Mode mode, Shape shape, bool lockA, LXRGBA32i s, LXRG
         return s;
     if (int(mode) < SeparableModes)
         return Frame(mode, s, d, a, lockA);
-    switch (mode) {
-    case Mode::Heal:
+    if (mode == Mode::Heal)
         return Heal(shape, lockA, s, d, a);
-    case Mode::ToMask:
-    case Mode::DestinationIn:
-    case Mode::DestinationInFullAlpha:
-    case Mode::DestinationOut:
-    case Mode::Clear:
-    case Mode::Unite:
-    case Mode::Intersect:
-    case Mode::Subtract:
-        return lockA ? d : LXRGBA32i{d.blue, d.green, d.red, Byte(AlphaOf(mode, s, d, opacity, a))};
-    default: {
-        LXRGBA32i out = Copying(mode, shape, s, d, opacity, a, m);
-        if (lockA)
-            out.alpha = d.alpha;
-        return out;
-    }
-    }
+    LXRGBA32i out = d;
+    if (mode >= Mode::ToMask && mode <= Mode::Subtract)
+        out.alpha = Byte(AlphaOf(mode, s, d, opacity, a));
+    else
+        out = Copying(mode, shape, s, d, opacity, a, m);
+    if (lockA)
+        out.alpha = d.alpha;
+    return out;
 }
