@@ -11,6 +11,14 @@ const Reference::Levels Plain{{{0, 255}, {0, 255}, {0, 255}, {0, 255}},
                               {{0, 255}, {0, 255}, {0, 255}, {0, 255}},
                               {1, 1, 1, 1}};
 
+/// Plain but for the output of one channel.
+Reference::Levels WithOutput(std::size_t channel, int low, int high) {
+    Reference::Levels levels = Plain;
+    levels.outputs[channel][0] = low;
+    levels.outputs[channel][1] = high;
+    return levels;
+}
+
 LXLevelsTransformation Made(Reference::Levels levels, int amount = 100) {
     return LXLevelsTransformation(levels.inputs, levels.outputs, levels.gammas, amount);
 }
@@ -68,25 +76,10 @@ TEST(Levels, GammaOfTheMasterBendsAndThatOfAChannelSwitches) {
     EXPECT_EQ(red(1, 0.99), onlyWhite);
 }
 
-TEST(Levels, RangesAndTheirEnds) {
-    Reference::Levels levels = Plain;
-    levels.outputs[0][0] = 255;
-    levels.outputs[0][1] = 0;
-    const LXLevelsTransformation inverted = Made(levels);
+TEST(Levels, InvertedMasterInvertsPixels) {
+    const LXLevelsTransformation inverted = Made(WithOutput(0, 255, 0));
     for (int i = 0; i < 256; ++i)
         ExpectColour(inverted, {i, 0, 255}, {255 - i, 255, 0});
-
-    levels = Plain;
-    levels.inputs[1][0] = 50;
-    levels.inputs[1][1] = 60;
-    levels.outputs[1][0] = 100;
-    levels.outputs[1][1] = 201;
-    const LXByteTable red = Made(levels).GetTables().red;
-    EXPECT_EQ(red[49], 100);
-    EXPECT_EQ(red[50], 100);
-    EXPECT_EQ(red[51], 110);
-    EXPECT_EQ(red[60], 201);
-    EXPECT_EQ(red[61], 201);
 }
 
 TEST(Levels, WildArgumentsAreDefined) {
@@ -96,10 +89,7 @@ TEST(Levels, WildArgumentsAreDefined) {
     const Reference::Table step = Entries(Made(levels).GetTables().red);
     EXPECT_EQ(step[100], 0) << "a range of one level gives the low output";
     EXPECT_EQ(step[101], 255);
-    levels = Plain;
-    levels.outputs[1][0] = -255;
-    levels.outputs[1][1] = 510;
-    const Reference::Table cut = Entries(Made(levels).GetTables().red);
+    const Reference::Table cut = Entries(Made(WithOutput(1, -255, 510)).GetTables().red);
     EXPECT_EQ(cut[85], 0);
     EXPECT_EQ(cut[86], 3);
     EXPECT_EQ(cut[170], 255);

@@ -2,9 +2,11 @@
 
 #include <emmintrin.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <numeric>
 
 using namespace Reference;
 
@@ -15,9 +17,7 @@ int TruncF(float v) {
 }
 
 double Limited(double v, double low, double high) {
-    if (v < low)
-        return low;
-    return v > high ? high : v;
+    return v < low ? low : v > high ? high : v;
 }
 
 /// Range mapping of one level.
@@ -40,7 +40,7 @@ int Reference::Trunc(double v) {
 }
 
 int Reference::Clamp255(int v) {
-    return v < 0 ? 0 : v > 255 ? 255 : v;
+    return std::clamp(v, 0, 255);
 }
 
 int Reference::Mix(int value, int i, int amount) {
@@ -83,23 +83,12 @@ Spline Reference::SplineParts(const std::vector<Knot>& p) {
 int Reference::SplineValue(double x, const std::vector<Knot>& p, const Spline& s) {
     if (p.empty())
         return 0;
-    // The bisection, on its two bounds.
-    const int n = int(p.size());
-    int k = 0;
-    if (n >= 2 && x > p[0].x) {
-        if (x >= p[At(n - 2)].x) {
-            k = n - 2;
-        } else {
-            int lo = 0, hi = n - 2;
-            while (hi - lo > 1) {
-                const int mid = lo + (hi - lo) / 2;
-                (p[At(mid)].x > x ? hi : lo) = mid;
-            }
-            k = lo;
-        }
-    }
-    const double d = x - p[At(k)].x;
-    return Trunc(p[At(k)].y + ((s.a[At(k)] * d + s.b[At(k)]) * d + s.c[At(k)]) * d + 0.5);
+    std::size_t k = 0;
+    for (std::size_t i = 1; i + 1 < p.size() && x > p[0].x; ++i)
+        if (p[i].x <= x)
+            k = i;
+    const double d = x - p[k].x;
+    return Trunc(p[k].y + ((s.a[k] * d + s.b[k]) * d + s.c[k]) * d + 0.5);
 }
 
 Table Reference::CurveTable(const std::vector<Knot>& knots) {
@@ -146,15 +135,10 @@ std::array<Table, 3> Reference::LevelsTables(const Levels& levels, int amount) {
 Table Reference::BlackAndWhite(bool useLightness, float weight) {
     Table table;
     for (int i = 0; i < 256; ++i) {
-        float level = float(i);
-        if (useLightness) {
-            const float v = float(i) / 255.0f;
-            float L = v * 903.3f;
-            if (v > 0.008856f)
-                L = float(std::pow(double(v), double(1.0f / 3.0f)) * 116 - 16);
-            level = L * 2.55f;
-        }
-        table.push_back(level < 0 ? 0 : Clamp255(TruncF(level * weight)));
+        const float v = float(i) / 255.0f;
+        const float L =
+            v > 0.008856f ? float(std::pow(double(v), double(1.0f / 3.0f)) * 116 - 16) : v * 903.3f;
+        table.push_back(Clamp255(TruncF((useLightness ? L * 2.55f : float(i)) * weight)));
     }
     return table;
 }
@@ -181,14 +165,8 @@ Table Reference::Exposure(double exposure, double offset) {
         lo = (-0.0 - o) / s;
     }
     Table table;
-    for (int i = 0; i < 256; ++i) {
-        if (lo > i)
-            table.push_back(0);
-        else if (!(hi > i))
-            table.push_back(255);
-        else
-            table.push_back(Clamp255(Trunc(i * s + o)));
-    }
+    for (int i = 0; i < 256; ++i)
+        table.push_back(lo > i ? 0 : !(hi > i) ? 255 : Clamp255(Trunc(i * s + o)));
     return table;
 }
 
@@ -237,10 +215,9 @@ Table Reference::Dodge(double a, int range) {
     Table table;
     for (int i = 0; i < 256; ++i) {
         const double x = i / 255.0, s = a * -0.5 + 1;
-        const double f = range == 0   ? x * s + (1 - s)
-                         : range == 1 ? std::sin(x * 3.141592653589793) * (a * 0.25) + x
-                                      : (std::exp(x) - 1) * a + x;
-        const double value = f * 255 + 0.5;
+        const double f[] = {x * s + (1 - s), std::sin(x * 3.141592653589793) * (a * 0.25) + x,
+                            (std::exp(x) - 1) * a + x};
+        const double value = f[range] * 255 + 0.5;
         table.push_back(value >= 255 ? 255 : Trunc(value) & 255);
     }
     return table;
@@ -250,20 +227,16 @@ Table Reference::Burn(double a, int range) {
     Table table;
     for (int i = 0; i < 256; ++i) {
         const double x = i / 255.0;
-        const double f = range == 0   ? (1 - std::exp(1 - x)) * a + x
-                         : range == 1 ? x - std::sin(x * 3.141592653589793) * (a * 0.25)
-                                      : x * (1 - a * 0.75);
-        const double value = f * 255 + 0.5;
+        const double f[] = {(1 - std::exp(1 - x)) * a + x,
+                            x - std::sin(x * 3.141592653589793) * (a * 0.25), x * (1 - a * 0.75)};
+        const double value = f[range] * 255 + 0.5;
         table.push_back(value < 1 ? 0 : Trunc(value) & 255);
     }
     return table;
 }
 
 std::vector<int> Reference::Threshold(const std::vector<int>& histogram) {
-    int total = 0;
-    for (const int bin : histogram)
-        total += bin;
-    const double limit = total / 1000.0;
+    const double limit = std::accumulate(histogram.begin(), histogram.end(), 0) / 1000.0;
     int low = 0, high = 255;
     double up = 0, down = 0;
     for (int i = 0; i < 256 && (up += histogram[At(i)]) <= limit; ++i)
