@@ -1,7 +1,5 @@
-#include "LXConvertImage.h"
 #include "LXFault.h"
 #include "support/LogCapture.h"
-#include "support/TestPool.h"
 
 #include <QtCore/QString>
 
@@ -80,14 +78,4 @@ TEST(Fault, NestedGuardsLogOnceALevel) {
     EXPECT_TRUE(
         LogCapture::Lines()[0].contains(QStringLiteral("line=99, file=\"tests/FaultTest.cpp\"")));
     EXPECT_TRUE(LogCapture::Lines()[1].contains(QStringLiteral("line=42, ")));
-}
-
-TEST(Fault, ConversionsAreStrict) {
-    TestPool pool(4);
-    const LXImageRGBA32i image(1, 1);
-    pool.LeaveFree(0);
-    const LogCapture log;
-    using Convert = LXImageCMYKA (*)(const LXImageRGBA32i&);
-    EXPECT_THROW(Convert(ConvertImage<LXImageRGBA32i, LXImageCMYKA>)(image), std::bad_alloc);
-    EXPECT_TRUE(OnlyLine().contains(QStringLiteral("file=\"src/LXImage.cpp\"")));
 }

@@ -20,6 +20,12 @@ float FloatOf(std::uint32_t bits) {
     return value;
 }
 
+std::uint32_t BitsOf(float value) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
 constexpr float Full = 256.87841796875F;
 
 } // namespace
@@ -51,9 +57,8 @@ TEST(HalfFloat, DecodesAllBits) {
         const float value = LXHalfFloat{static_cast<unsigned short>(bits)}.ToFloat();
         const double expected = Reference::ValueOfHalf(static_cast<unsigned short>(bits));
         if (std::isnan(expected)) {
-            std::uint32_t valueBits;
-            std::memcpy(&valueBits, &value, sizeof valueBits);
-            ASSERT_EQ(valueBits, (bits >> 15) << 31 | 0x7F800000U | (bits & 1023) << 13) << bits;
+            ASSERT_EQ(BitsOf(value), (bits >> 15) << 31 | 0x7F800000U | (bits & 1023) << 13)
+                << bits;
         } else {
             ASSERT_EQ(value, expected) << bits;
             ASSERT_EQ(std::signbit(value), (bits & 0x8000) != 0) << bits;
@@ -73,10 +78,8 @@ TEST(HalfFloat, ConvertsAllKindsOfFloat) {
         const double low = Reference::ValueOfHalf(static_cast<unsigned short>(half));
         const double high =
             half == 0x7BFF ? 65536 : Reference::ValueOfHalf(static_cast<unsigned short>(half + 1));
-        const float tie = static_cast<float>((low + high) / 2);
-        std::uint32_t bits;
-        std::memcpy(&bits, &tie, sizeof bits);
-        for (std::uint32_t near = bits - 1; near != bits + 2; ++near) {
+        const std::uint32_t tie = BitsOf(static_cast<float>((low + high) / 2));
+        for (std::uint32_t near = tie - 1; near != tie + 2; ++near) {
             check(near);
             check(near | 0x80000000U);
         }
@@ -85,23 +88,17 @@ TEST(HalfFloat, ConvertsAllKindsOfFloat) {
 }
 
 TEST(HalfFloat, TakesEachSourceTypeOnItsOwnScale) {
-    for (unsigned int i = 0; i < 256; ++i)
-        ASSERT_EQ(MakeHalfFloat<unsigned char>(static_cast<unsigned char>(i)),
-                  Reference::HalfOf(float(i) / 255.0F * Full))
-            << i;
-    for (unsigned int i = 0; i < 65536; ++i)
-        ASSERT_EQ(MakeHalfFloat<unsigned short>(static_cast<unsigned short>(i)),
-                  Reference::HalfOf(float(i) / 65535.0F * Full))
-            << i;
-    for (std::uint64_t i = 0; i <= 0xFFFFFFFF; i += 65521)
-        ASSERT_EQ(MakeHalfFloat<unsigned int>(unsigned(i)),
-                  Reference::HalfOf(float(unsigned(i)) * std::ldexp(1.0F, -32) * Full))
-            << i;
+    const auto half = [](float part) { return Reference::HalfOf(part * Full); };
+    // The low bits of the steps are all bytes and all words.
     for (std::uint64_t i = 0; i <= 0xFFFFFFFF; i += 65521) {
-        const float value = FloatOf(std::uint32_t(i));
-        const float scaled = value / std::numeric_limits<float>::max() * Full;
-        const int expected = scaled == 0 ? 0 : Reference::HalfOf(scaled);
-        ASSERT_EQ(MakeHalfFloat<float>(value), expected) << i;
+        const auto byte = static_cast<unsigned char>(i);
+        const auto word = static_cast<unsigned short>(i);
+        const auto whole = static_cast<unsigned int>(i);
+        const float part = FloatOf(whole) / std::numeric_limits<float>::max();
+        ASSERT_EQ(MakeHalfFloat<unsigned char>(byte), half(float(byte) / 255.0F)) << i;
+        ASSERT_EQ(MakeHalfFloat<unsigned short>(word), half(float(word) / 65535.0F)) << i;
+        ASSERT_EQ(MakeHalfFloat<unsigned int>(whole), half(float(whole) * std::ldexp(1.0F, -32)));
+        ASSERT_EQ(MakeHalfFloat<float>(FloatOf(whole)), part * Full == 0 ? 0 : half(part)) << i;
     }
     EXPECT_EQ(MakeHalfFloat<unsigned char>(255), 0x5C04);
     EXPECT_EQ(MakeHalfFloat<unsigned char>(0), 0);
