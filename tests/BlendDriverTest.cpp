@@ -161,17 +161,17 @@ void Apply(Driver driver, const Source& source, Image& destination, const Image&
     }
 }
 
-void Check(Driver driver, const Plane& source, const Plane& destination, const Plane& mask,
-           const Call& call, const char* what) {
-    Image image = ImageOf(destination);
-    Apply(driver, Source(source), image, ImageOf(mask), call);
-    ASSERT_TRUE(Same(PlaneOf(image), Expect(driver, source, destination, mask, call)))
-        << what << ": driver " << int(driver) << " id " << call.id << " lock " << call.lock
-        << " outside " << call.outside << " opacity " << call.opacity;
-}
-
 class EveryDriver : public testing::TestWithParam<Driver> {
 protected:
+    void Check(const Plane& source, const Plane& destination, const Plane& mask, const Call& call) {
+        Image image = ImageOf(destination);
+        Apply(GetParam(), Source(source), image, ImageOf(mask), call);
+        ASSERT_TRUE(Same(PlaneOf(image), Expect(GetParam(), source, destination, mask, call)))
+            << call.sourceRect << " to " << call.destinationRect << " through " << call.maskRect
+            << ": id " << call.id << " lock " << call.lock << " outside " << call.outside
+            << " opacity " << call.opacity;
+    }
+
     TestPool pool;
 };
 
@@ -187,8 +187,7 @@ TEST_P(EveryDriver, KnowsItsIds) {
     for (const unsigned int id : ids)
         for (const bool lock : {false, true})
             for (const double opacity : {1.0, 0.4, 2.0, -0.5}) { // the last two are not limited
-                Check(GetParam(), source, destination, mask, {all, all, all, id, opacity, lock},
-                      "all ids");
+                Check(source, destination, mask, {all, all, all, id, opacity, lock});
                 if (HasFatalFailure())
                     return;
             }
@@ -214,8 +213,8 @@ TEST_P(EveryDriver, BlendsAnyTwoRectangles) {
         call.opacity = below(257) / 256.0;
         call.lock = below(2) == 0;
         call.outside = below(2) == 0;
-        const std::string name = "seed " + std::to_string(seed);
-        Check(GetParam(), source, destination, mask, call, name.c_str());
+        SCOPED_TRACE(seed);
+        Check(source, destination, mask, call);
         changed += !Same(Expect(GetParam(), source, destination, mask, call), destination);
     }
     EXPECT_GE(changed, 30) << "enough cases should have something to do";
@@ -232,7 +231,7 @@ TEST_P(EveryDriver, EndsItsMaskWhereItEnds) {
                 Call call{source.Rect(), source.Rect(), QRect(at, QSize(400, 400)), 0, 0.5};
                 call.outside = flags & 1;
                 call.lock = flags & 2;
-                Check(GetParam(), source, destination, mask, call, "mask edges");
+                Check(source, destination, mask, call);
                 if (HasFatalFailure())
                     return;
             }

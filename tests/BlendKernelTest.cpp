@@ -196,30 +196,26 @@ TEST_P(EachKernel, TouchesItsRectangleOnly) {
                           below(2) == 0 ? bottom : below(bottom + 1));
         };
         const QPoint to = place(work.dst);
-        const auto expected = [&](Shape shape, const Plane& source, const QPoint& from) {
-            return Changed(work.dst, QRect(to, QSize(width, height)),
-                           [&](int x, int y, LXRGBA32i& d) {
-                               const QPoint s = QPoint(x, y) - to + from;
-                               d = Reference::Blend(kernel.mode, shape, kernel.lockA,
-                                                    source.At(s.x(), s.y()), d, opacity, 0);
-                           });
+        const auto check = [&](Shape shape, const Plane& source, auto blend) {
+            const QPoint from = place(source);
+            const auto expect = [&](int x, int y, LXRGBA32i& d) {
+                const QPoint s = QPoint(x, y) - to + from;
+                d = Reference::Blend(kernel.mode, shape, kernel.lockA, source.At(s.x(), s.y()), d,
+                                     opacity, 0);
+            };
+            Plane dst = work.dst;
+            blend(source, dst.Row(0), from.x(), from.y(), to.x(), to.y(), width, height, opacity);
+            ASSERT_TRUE(Same(dst, Changed(work.dst, QRect(to, QSize(width, height)), expect)))
+                << kernel << " shape " << int(shape) << " seed " << seed;
         };
-        if (kernel.tile) {
-            const QPoint from = place(work.src);
-            Plane dst = work.dst;
-            kernel.tile(work.src.Row(0), dst.Row(0), from.x(), from.y(), to.x(), to.y(), width,
-                        height, opacity);
-            ASSERT_TRUE(Same(dst, expected(Shape::Tile, work.src, from)))
-                << kernel << " tile, seed " << seed;
-        }
-        if (kernel.image) {
-            const QPoint from = place(picture);
-            Plane dst = work.dst;
-            kernel.image(PictureOf(picture), dst.Row(0), from.x(), from.y(), to.x(), to.y(), width,
-                         height, opacity);
-            ASSERT_TRUE(Same(dst, expected(Shape::Image, picture, from)))
-                << kernel << " image, seed " << seed;
-        }
+        if (kernel.tile)
+            check(Shape::Tile, work.src, [&](const Plane& source, auto... arguments) {
+                kernel.tile(source.Row(0), arguments...);
+            });
+        if (kernel.image)
+            check(Shape::Image, picture, [&](const Plane& source, auto... arguments) {
+                kernel.image(PictureOf(source), arguments...);
+            });
     }
 }
 

@@ -247,11 +247,10 @@ TEST(ToGrayScale, WeighsChannels) {
     const Plane before = RandomPlane(200, 150, 3);
     Image image = ImageOf(before);
     LXToGrayScaleImage()(image);
-    EXPECT_TRUE(Same(PlaneOf(image), Changed(before, before.Rect(), [](int, int, LXRGBA32i& p) {
-                         const auto gray =
-                             std::uint8_t((5 * p.blue + 16 * p.green + 11 * p.red) / 32);
-                         p = {gray, gray, gray, p.alpha};
-                     })));
+    const Plane gray = Changed(before, before.Rect(), [](int, int, LXRGBA32i& p) {
+        p.blue = p.green = p.red = std::uint8_t((5 * p.blue + 16 * p.green + 11 * p.red) / 32);
+    });
+    EXPECT_TRUE(Same(PlaneOf(image), gray));
     Image padded(10, 10);
     padded.FastFill(Of(0xFF0000FF));
     LXToGrayScaleImage()(padded);

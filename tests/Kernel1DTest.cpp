@@ -12,6 +12,7 @@
 namespace {
 
 using Reference::Line;
+using Reference::Through;
 
 Line RandomLine(int size, unsigned int seed) {
     return Reference::RandomPlane(size, 1, seed).pixels;
@@ -22,17 +23,6 @@ Line AlphaLine(std::initializer_list<int> alphas) {
     for (const int a : alphas)
         line.push_back({1, 2, 3, std::uint8_t(a)});
     return line;
-}
-
-template <class Kernel>
-Line Through(Kernel kernel, const Line& source, int offset, std::size_t size) {
-    Line destination(size, LXRGBA32i{9, 9, 9, 9});
-    kernel.SetSource(&source);
-    kernel.SetDestination(&destination);
-    kernel.SetSourceOffset(offset);
-    for (int i = int(size) - 1; i >= 0; --i)
-        kernel(i);
-    return destination;
 }
 
 /// The kernel on short and long lines, with windows that leave them on both sides.

@@ -102,14 +102,13 @@ TEST(Levels, WildArgumentsAreDefined) {
 
 TEST(Levels, CarryPhotoFilterTintAndEnhancer) {
     const LXRGBA32i orange{0, 138, 236, 255}, other{70, 5, 201, 0};
+    const int shadows[] = {236, 138, 0}, highlights[] = {201, 5, 70};
     Reference::Levels levels = Plain;
-    levels.outputs[1][1] = 236;
-    levels.outputs[2][1] = 138;
-    levels.outputs[3][1] = 0;
+    for (std::size_t c = 0; c < 3; ++c)
+        levels.outputs[c + 1][1] = shadows[c];
     EXPECT_EQ(Entries(LXPhotoFilterTransformation(orange, 25).GetTables()),
               Reference::LevelsTables(levels, 100));
     for (const int amount : {0, 1, 37, 100}) {
-        const int shadows[] = {236, 138, 0}, highlights[] = {201, 5, 70};
         for (std::size_t c = 0; c < 3; ++c) {
             levels.outputs[c + 1][0] = shadows[c] * amount / 100;
             levels.outputs[c + 1][1] = (highlights[c] - 255) * amount / 100 + 255;

@@ -4,6 +4,7 @@
 #include "Plane.h"
 
 #include <ostream>
+#include <utility>
 
 /// Parts of a picture, and what an operation makes of them.
 namespace Reference {
@@ -33,15 +34,26 @@ Plane Changed(Plane plane, const QRect& rect, Change change) {
     return plane;
 }
 
-} // namespace Reference
-
-/// Sweeps an operation that lets std::bad_alloc out, of which the pool's handler is told once.
-template <class Make, class Operate>
-unsigned int SweepThrowing(Make make, Operate operate) {
-    return SweepExhaustion(make, operate, [](const auto&, const ExhaustionOutcome& outcome) {
-        EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
-    });
+/// Sweeps an operation on an image of 300 x 200 pixels whose tiles another one shares: it lets
+/// std::bad_alloc out, of which the pool's handler is told once, and leaves the other image alone.
+template <class Operate>
+unsigned int SweepOnSharedTiles(Operate operate) {
+    const Plane before = RandomPlane(300, 200, 11);
+    const auto make = [&] {
+        const LXImageRGBA32i image = ImageOf(before);
+        return std::pair(image, image);
+    };
+    using Images = std::pair<LXImageRGBA32i, LXImageRGBA32i>;
+    return SweepExhaustion(
+        make, [&](Images& images) { operate(images.first); },
+        [&](const Images& images, const ExhaustionOutcome& outcome) {
+            EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
+            EXPECT_TRUE(Same(PlaneOf(images.second), before));
+            PlaneOf(images.first);
+        });
 }
+
+} // namespace Reference
 
 inline std::ostream& operator<<(std::ostream& out, const QRect& rect) {
     return out << rect.width() << " x " << rect.height() << " at (" << rect.x() << ", " << rect.y()

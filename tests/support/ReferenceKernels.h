@@ -20,6 +20,19 @@ inline LXRGBA32i At(const Line& line, long long p) {
     return line[std::size_t(p < 0 ? 0 : p > last ? last : p)];
 }
 
+/// What a kernel of lines, the library's or an application's, makes of `size` pixels of the line,
+/// from an offset on; last first, as the order must not matter.
+template <class Kernel>
+Line Through(Kernel kernel, const Line& source, int offset, std::size_t size) {
+    Line destination(size, LXRGBA32i{9, 9, 9, 9});
+    kernel.SetSource(&source);
+    kernel.SetDestination(&destination);
+    kernel.SetSourceOffset(offset);
+    for (int i = int(size) - 1; i >= 0; --i)
+        kernel(i);
+    return destination;
+}
+
 /// For weights without overflow.
 inline int Box(int l, int c, int r, int weight) {
     if (weight == 0)
