@@ -87,7 +87,11 @@ TEST(Filter, NoiseIsDrawnAndKeptBySize) {
             LXAddNoiseProcessing::Params params;
             params.distribution = distribution;
             FilterCaller caller;
-            const LXImageRGBA32i before = RandomImage(7, 9, 5);
+            // Noise of the same height or the same width is not taken for one of the size.
+            const QRect noise = in.selectionRect.isValid() ? in.selectionRect : in.image.Rect();
+            const LXImageRGBA32i before = distribution == 0
+                                              ? RandomImage(7, unsigned(noise.height()), 5)
+                                              : RandomImage(unsigned(noise.width()), 9, 5);
             caller.cachedUniformNoise = caller.cachedGaussianNoise = before;
             caller.atProgress = [&](int) {
                 EXPECT_TRUE(caller.LocksAreFree()) << "a lock is held during the stages";
