@@ -49,7 +49,7 @@ unsigned int SweepOnSharedTiles(Operate operate) {
         [&](const Images& images, const ExhaustionOutcome& outcome) {
             EXPECT_EQ(outcome.handlerCalls, outcome.threw ? 1 : 0);
             EXPECT_TRUE(Same(PlaneOf(images.second), before));
-            PlaneOf(images.first);
+            PlaneOf(images.first); // can be read
         });
 }
 
