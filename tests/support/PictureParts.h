@@ -55,7 +55,8 @@ unsigned int SweepOnSharedTiles(Operate operate) {
 
 } // namespace Reference
 
+/// By its corners, as the width of a rectangle may not fit.
 inline std::ostream& operator<<(std::ostream& out, const QRect& rect) {
-    return out << rect.width() << " x " << rect.height() << " at (" << rect.x() << ", " << rect.y()
-               << ")";
+    return out << "(" << rect.left() << ", " << rect.top() << ") to (" << rect.right() << ", "
+               << rect.bottom() << ")";
 }
