@@ -244,6 +244,12 @@ TEST(FilterFrame, StreamsOfOldVignettesAndOddValues) {
     CheckLog("Read high pass data error.");
     EXPECT_EQ(highPass.radius, 1.5);
     EXPECT_EQ(highPass.modeIndex, 2);
+    EXPECT_EQ(highPass.opacity, 100) << "cut";
+    QDataStream failed("RMHighPass 1.00000" + QByteArray(3, '\0'));
+    failed.setStatus(QDataStream::ReadCorruptData);
+    failed >> highPass;
+    CheckLog("Read high pass data error.");
+    EXPECT_EQ(failed.status(), QDataStream::ReadCorruptData) << "the first failure stays";
 
     LXDiffuseGlowProcessing::Params a, b;
     EXPECT_TRUE(a == b && !(a != b));

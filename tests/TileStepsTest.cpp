@@ -124,6 +124,8 @@ TEST(TileSteps, KeepTheirFunctorFromTileToTile) {
     EXPECT_EQ(number(128, 128), 130);
     EXPECT_EQ(number(128, 129), 130 + 128);
     LXTransformImagePixel<Image, Place>()(image, All, Place());
+    EXPECT_EQ(image.GetColor(5, 6).green, 6);
+    EXPECT_EQ(image.GetColor(299, 279).green, static_cast<std::uint8_t>(279)) << "after the gap";
 }
 
 TEST(TileSteps, PassOnWhatAFunctorThrows) {
