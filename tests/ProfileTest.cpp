@@ -25,8 +25,6 @@
 
 namespace {
 
-const TestPool testPool; // of all tests
-
 using Image = LXImageRGBA32i;
 using HandleHolder = RMCMSProfile::Private::HandleHolder;
 
@@ -472,11 +470,12 @@ TEST(CMSTransform, IsEmptyWhereNothingIsToDo) {
     pair(opaque);
     pair.Invert(opaque);
     EXPECT_EQ(opaque.format(), QImage::Format_RGB32);
+    const TestPool pool;
     Image image(10, 10);
     const Image shared = image;
     pair(image);
     pair.Invert(image);
-    EXPECT_EQ(testPool.InUse(), 1U) << "no tile is detached for nothing";
+    EXPECT_EQ(pool.InUse(), 1U) << "no tile is detached for nothing";
     LXRGBA32i pixel = {1, 2, 3, 4};
     RMCMSTransform()(pixel);
     EXPECT_EQ(pixel, (LXRGBA32i{1, 2, 3, 4}));
