@@ -769,7 +769,7 @@ check "SIGINT while working: message" complained "interrupted"
 check "SIGINT between lines" ends_on INT $!
 check "SIGINT between lines: message" complained "interrupted"
 
-# A slanted band takes thousands of passes. It comes through a pipe: once that is empty, the filling
+# A slanted band takes hundreds of passes. It comes through a pipe: once that is empty, the filling
 # begins.
 {
     printf 'P5\n3000 3000\n255\n'
@@ -781,18 +781,28 @@ check "SIGINT between lines: message" complained "interrupted"
     }' | tr kh '\0\377'
 } >band.pgm
 "$tool" scene --size 3000x3000 wide.bmp
-stops_filling() { # arguments
+stops_filling() { # after so many seconds, arguments
+    local delay=$1
+    shift
     "$tool" inpaint --mask slow "$@" 2>stderr &
     local job=$!
     cat band.pgm >slow
-    sleep 2
+    sleep "$delay"
     kill -INT $job # once: a second one would stop the writing too
     wait $job
     [[ $? -eq 1 ]]
 }
-check "SIGINT while filling" stops_filling wide.bmp stopped/old.png
+keeps_partial() { # as soon as the signal is neither too early nor too late to come while filling
+    local delay
+    for delay in 0.{1..9} 1.{0..9} 2.{0..9}; do
+        stops_filling "$delay" --keep-partial wide.bmp partial.bmp && [[ -f partial.bmp ]] && return
+        rm -f partial.bmp
+    done
+    return 1
+}
+check "SIGINT while filling" stops_filling 0.2 wide.bmp stopped/old.png
 check "SIGINT while filling: message" complained "interrupted"
-check "SIGINT while filling, keeping it" stops_filling --keep-partial wide.bmp partial.bmp
+check "SIGINT while filling, keeping it" keeps_partial
 check "SIGINT while filling, keeping it: message" complained "interrupted"
 check "SIGINT while filling, keeping it: a picture" exits 0 info partial.bmp
 check "SIGINT while filling, keeping it: pixels" differ partial.bmp wide.bmp
