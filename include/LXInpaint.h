@@ -20,8 +20,8 @@ class QVector2D;
 class LIBIMAGE_EXPORT LXInpaint {
 public:
     /// The image is changed in place; it must outlive the object and keep its size. In another
-    /// format than Format_ARGB32 it becomes that before a pixel is written, and stays as it is if
-    /// there is nothing to fill. Throws std::bad_alloc without the memory, as what writes does.
+    /// format than Format_ARGB32 it becomes that at once, or, if all of it is opaque, before a
+    /// pixel is written. Throws std::bad_alloc without the memory, as what writes does.
     explicit LXInpaint(QImage& image);
     ~LXInpaint();
     LXInpaint(const LXInpaint&) = delete;

@@ -29,7 +29,7 @@ struct Window;
 /// A pixel is filled with the mean, truncated, of the eight others in the first complete 3 x 3
 /// window that it lies in, and counts as known from the next pass on. It is tried if it lies on an
 /// edge of the hole, stands alone among known pixels, or has a neighbour that was filled; but
-/// the rightmost column of maskRect is tried for the first two reasons alone. What never is tried,
+/// the rightmost column of maskRect is tried for the first reason alone. What never is tried,
 /// or never has a complete window, stays as it is: so does a lone pixel at the border of maskRect,
 /// as beyond that nothing is known.
 ///
@@ -39,8 +39,10 @@ class LIBIMAGE_EXPORT LXInpaintIterative {
 public:
     class IterateBandPixels;
 
-    /// The image must outlive the object; the mask is copied. Of imageRect only the top left corner
-    /// counts. Throws std::bad_alloc without the memory.
+    /// The image must outlive the object, and have all its tiles; of the mask some may be missing.
+    /// Three bits are kept for each pixel of maskRect that the mask covers, and nothing of the mask
+    /// itself. Of imageRect only the top left corner counts; its differences from that of maskRect
+    /// must fit an int, and wrap around otherwise. Throws std::bad_alloc without the memory.
     LXInpaintIterative(LXImageRGBA32i& image, const LXImageRGBA32i& mask, const QRect& imageRect,
                        const QRect& maskRect);
     ~LXInpaintIterative();
@@ -57,11 +59,11 @@ public:
     ///
     /// A pixel of the picture that is not there (std::out_of_range) or cannot be written as no tile
     /// is left (std::bad_alloc) is logged and ends the pass early; the next pass goes on in the
-    /// bounds of what this one saw. After a pass that could write nothing the object is done, also
-    /// if the hole is not.
+    /// bounds of what this one saw. After a pass that changed nothing, neither filling a pixel
+    /// nor letting a known one leave the band, the object is done, also if the hole is not.
     bool operator()();
 
-    /// How many pixels all passes so far have made known.
+    /// How many pixels the passes of operator() have made known so far.
     std::int64_t GetFilledCount() const;
 
 private:
@@ -93,7 +95,7 @@ public:
     QRect GetBandBoundRect() const;
     /// Whether a visit changed anything.
     bool CanContinue() const { return m_changed; }
-    /// How many pixels the visits have filled.
+    /// How many times a visit has filled a pixel.
     std::int64_t GetFilledCount() const { return m_filledCount; }
 
     /// Whether the pixel is known: until Finish, when the pass began. Nothing outside maskRect is.

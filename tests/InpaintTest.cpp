@@ -2,6 +2,7 @@
 #include "LXInpaint.h"
 #include "LXInpaintIterative.h"
 #include "LXTileWalk.h"
+#include "LXTransformImageColors.h"
 #include "support/ExhaustionSweep.h"
 #include "support/Pictures.h"
 #include "support/ReferenceInpaint.h"
@@ -264,6 +265,36 @@ TEST(InpaintIterative, EachPassIsThatOfTheReference) {
         for (std::size_t i = 0; i < mask.pixels.size(); ++i)
             filled += mask.pixels[i] != reference.mask.pixels[i];
         ASSERT_EQ(inpaint.GetFilledCount(), filled);
+    }
+}
+
+TEST(InpaintIterative, AnApplicationMayVisitTheBandItself) {
+    const TestPool pool;
+    const QRect all(0, 0, 60, 50);
+    for (unsigned int seed = 0; seed < 60; ++seed) {
+        Holes holes(seed);
+        const Words mask = holes.Mask(all.width(), all.height());
+        Words expected = holes.Picture(all.width(), all.height());
+        Image image = ToTiles(expected);
+        Reference::BandInpaint reference(expected, mask, {0, 0, all.right(), all.bottom()}, 0, 0);
+        LXInpaintIterative owner(image, ToTiles(mask), all, all);
+        for (bool more = true; more;) {
+            const Image band = ToTiles(reference.band);
+            LXInpaintIterative::IterateBandPixels pass(owner);
+            LXVisitImagePixel<Image, decltype(pass)>()(band, all, pass);
+            more = reference.Pass(Reference::Order::Tiles);
+            ASSERT_EQ(pass.CanContinue(), more) << "seed " << seed;
+            ASSERT_TRUE(Same(image, expected)) << "seed " << seed;
+            pass.Finish();
+            for (int y = 0; y < all.height(); ++y)
+                for (int x = 0; x < all.width(); ++x)
+                    ASSERT_EQ(pass.IsKnown(x, y), reference.mask.At(x, y) < Hole);
+            const Bounds& bound = reference.bandRect;
+            if (more) {
+                ASSERT_EQ(pass.GetBandBoundRect(),
+                          QRect(QPoint(bound.left, bound.top), QPoint(bound.right, bound.bottom)));
+            }
+        }
     }
 }
 

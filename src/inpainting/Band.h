@@ -42,7 +42,8 @@ public:
     }
 
     /// visit(x, y, run) for the pixels in the rectangle, which lies in the area, in the order of a
-    /// walk over the tiles of an image. A visit may remove its own.
+    /// walk over the tiles of an image. A visit may remove its own. From one walk to the next the
+    /// rectangle must not grow: rows found empty are forgotten, whatever lies beside it.
     template <class Visit>
     void ForRuns(const QRect& rect, Visit visit) {
         LXForTiles<LXImageRGBA32i>(rect, [&](const LXTileSpan& span) {

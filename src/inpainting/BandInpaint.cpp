@@ -71,7 +71,8 @@ LXInpaintIterative::Private::Private(Image& picture, const Image& mask, const QR
             hole.Open(TileWords(tile, span, y), span.position.x(), span.position.y() + y,
                       span.local.width());
     });
-    // The rightmost column is never taken into the band: that is how the band is defined.
+    // A neighbour that was filled takes no pixel of the rightmost column into the band; only the
+    // edges of the mask do. That asymmetry is how the band is defined.
     for (int y = bandRect.top(); bandRect.right() == maskRect.right() && y <= bandRect.bottom();
          ++y)
         hole.markable.Remove(bandRect.right(), y);

@@ -63,7 +63,7 @@ LX_CLONED void Pass::VisitRun(int x, int y, Run band) const {
         m_owner->filled.push_back({x, y, 0});
     // When a pixel throws, those before it have been visited, and neither it nor those after it.
     const auto end = qScopeGuard([&] {
-        const Run visited = band & (First(rest) - 1);
+        const Run visited = band & (First(rest) - 1); // all, if there is no rest
         const Run known = visited & hole.known.Get(x, y);
         hole.band.RemoveRun(x, y, known);
         m_changed = m_changed || known != 0;
@@ -89,7 +89,8 @@ void Pass::Visit(int x, int y) const {
         AddBoundPoint(x, y);
 }
 
-/// As LXVisitImagePixel over an image of the band, but that it meets nothing else.
+/// Visits the pixels of the band alone, in the order in which LXVisitImagePixel would meet them in
+/// an image.
 void Pass::VisitBand() const {
     const auto close = qScopeGuard([this] { m_owner->written.Close(); });
     m_owner->hole.band.ForRuns(m_owner->bandRect,

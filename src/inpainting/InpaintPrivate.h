@@ -30,6 +30,7 @@ struct Q_DECL_HIDDEN LXInpaint::Private {
 
     QImage* image;
     Inpainting::Hole hole;
-    QRect bandRect; ///< the bounds of the first band: no pass looks beyond
+    /// The bounds of all edges: no pass looks beyond. A lone pixel has edges around it.
+    QRect bandRect;
     QImage distanceField;
 };

@@ -27,6 +27,8 @@ LXInpaint::LXInpaint(QImage& image) : m_private(new Private(image)) {
     }
     hole.AddLone();
     m_private->bandRect = maskRect(band, QRect());
+    if (!maskRect(mask, QRect()).isEmpty())
+        image = LXWalkDetail::AsARGB32(image);
 }
 
 LXInpaint::~LXInpaint() = default;
@@ -114,5 +116,6 @@ Pixels LXInpaint::Private::OwnedPixels() {
 QRgb LXInpaint::Private::PixelAt(int x, int y) const {
     if (!Contains(x, y))
         return 0;
+    // In another format all is opaque, and multiplied by alpha or not is the same.
     return image->format() == QImage::Format_ARGB32 ? ConstWords(*image, y)[x] : image->pixel(x, y);
 }

@@ -28,13 +28,12 @@ inline std::uint32_t WindowMean(const Pixels& pixels, int x, int y, const Window
         even += pair & mask;
         odd += pair >> 8 & mask;
     };
-    const std::uint32_t* row = &pixels.At(x + window.centreX - 1, y + window.centreY - 1);
-    for (int i = 0; i < 3; ++i, row += pixels.stride) {
+    const std::uint32_t* const row = &pixels.At(x + window.centreX - 1, y + window.centreY - 1);
+    for (int i = 0; i < 3; ++i) {
         Pair pair;
-        std::memcpy(&pair, row, sizeof pair);
+        std::memcpy(&pair, row + i * pixels.stride, sizeof pair);
         add(pair);
     }
-    row -= 3 * pixels.stride;
     add(Pair(row[2]) << 32 | row[2 + pixels.stride]);
     add(row[2 + 2 * pixels.stride]);
     const Pair own = pixels.At(x, y), each = Pair(rounding) << 16 | rounding;
