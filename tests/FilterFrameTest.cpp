@@ -315,10 +315,14 @@ TEST(FilterFrame, TwoRunsAtOnce) {
             thread.join();
             for (int run = 0; run < 2; ++run) {
                 const FilterCaller& listener = run == 0 ? caller : other;
-                const Plan plan = filter.plan(in);
-                EXPECT_TRUE(
-                    SameRun(results[run], listener, plan, plan.Do(int(listener.values.size()))))
-                    << "run " << run;
+                const auto does = [&](bool silentToo) {
+                    const Plan plan = filter.plan(in);
+                    return SameRun(results[run], listener, plan,
+                                   plan.Do(int(listener.values.size()), silentToo));
+                };
+                // The other thread may stop this one before or after what it does in silence.
+                const bool mayGoOn = stops && run == 1 && !does(false);
+                EXPECT_TRUE(does(mayGoOn)) << "run " << run;
                 EXPECT_TRUE(stops || int(listener.values.size()) == total);
             }
             EXPECT_TRUE(caller.LocksAreFree());

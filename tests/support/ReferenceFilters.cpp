@@ -255,18 +255,17 @@ std::function<LXRGBA32i(LXRGBA32i)> Noise(unsigned int seed, Arguments... argume
 
 } // namespace
 
-std::vector<int> Reference::Plan::Do(int limit) const {
+std::vector<int> Reference::Plan::Do(int limit, bool silentToo) const {
     std::vector<int> reported;
     int position = 0, value = 0;
     for (const Stage& stage : stages)
         for (int n = 0; n < stage.steps; ++n) {
-            if (int(reported.size()) >= limit && !stage.always)
+            position += stage.report >= 0;
+            const int next = stage.report < 0 ? value : stage.report != 0 ? stage.report : position;
+            const bool goesOn = stage.always || (silentToo && next == value);
+            if (int(reported.size()) >= limit && !goesOn)
                 return reported;
             stage.step(n);
-            if (stage.report < 0)
-                continue;
-            ++position;
-            const int next = stage.report != 0 ? stage.report : position;
             if (next != value)
                 reported.push_back(value = next);
         }

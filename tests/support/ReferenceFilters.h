@@ -39,8 +39,9 @@ struct Plan {
         stages.push_back(stage);
         range += stage.steps;
     }
-    /// Runs until the progress was reported `limit` times, and returns what was reported.
-    std::vector<int> Do(int limit) const;
+    /// Runs until the progress was reported `limit` times, or up to the next report if `silentToo`,
+    /// and returns what was reported.
+    std::vector<int> Do(int limit, bool silentToo = false) const;
 };
 
 /// The arguments of a filter. `selectionOffset` is the origin of a shadow's selection, and the
