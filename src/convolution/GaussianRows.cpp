@@ -22,18 +22,20 @@ inline double Over255(double x) {
 }
 
 /// Taps outermost: each sum gets its terms from left to right, as the kernel's operator does it.
+/// The arrays come one by one: as members of one struct they are not known to be apart.
 template <bool Fused>
-LX_CLONED void AddTaps(const LXRows::GaussianSource& __restrict source,
+LX_CLONED void AddTaps(const double* __restrict blue, const double* __restrict green,
+                       const double* __restrict red, const double* __restrict alpha,
                        const double* __restrict weights, unsigned int taps,
                        LXRows::GaussianSums& __restrict sums) {
     for (unsigned int j = 0; j < taps; ++j) {
         const double w = weights[j];
         for (unsigned int i = 0; i < LXRows::GaussianBlock; ++i) {
-            const double a = source.alpha[i + j];
+            const double a = alpha[i + j];
             sums.alpha[i] += w * a;
-            sums.blue[i] += Over255<Fused>(source.blue[i + j] * w * a);
-            sums.green[i] += Over255<Fused>(source.green[i + j] * w * a);
-            sums.red[i] += Over255<Fused>(source.red[i + j] * w * a);
+            sums.blue[i] += Over255<Fused>(blue[i + j] * w * a);
+            sums.green[i] += Over255<Fused>(green[i + j] * w * a);
+            sums.red[i] += Over255<Fused>(red[i + j] * w * a);
         }
     }
 }
@@ -43,7 +45,7 @@ LX_CLONED void AddTaps(const LXRows::GaussianSource& __restrict source,
 void LXRows::AddGaussianTaps(const GaussianSource& source, const double* weights, unsigned int taps,
                              GaussianSums& sums) {
     const auto addTaps = LXFusesInHardware() ? AddTaps<true> : AddTaps<false>;
-    addTaps(source, weights, taps, sums);
+    addTaps(source.blue, source.green, source.red, source.alpha, weights, taps, sums);
 }
 
 void LXRows::StoreGaussian(const GaussianSums& sums, LXRGBA32i* result, unsigned int count) {
